@@ -1,0 +1,111 @@
+#include "app/viewwindow.h"
+
+#include <string>
+
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
+
+#include "app/messages.h"
+#include "options/message.h"
+#include "options/option.h"
+#include "utils/path.h"
+#include "window/glfwymgr4.h"
+
+namespace zanoview2 {
+
+namespace {
+
+// The window's size and place from before it was blown up to the work
+// area, so that it can be put back; a zero width or height keeps nothing.
+int32_t winwidth = 0;
+int32_t winheight = 0;
+int32_t winx = 0;
+int32_t winy = 0;
+
+// Bit 1 of the wintype option: the window covers the monitor's work area.
+// The value 1 (maximize) is deliberately without effect.
+constexpr uint32_t kWorkAreaBit = 2;
+
+wenk::glfwyMGR4& manager() { return wenk::glfwyMGR4::getSingleton(); }
+
+}  // namespace
+
+ViewWindow::ViewWindow(int* argc, char** argv)
+{
+    libutils::basename(prog, argv[0], sizeof prog);
+    prog[sizeof prog - 1] = '\0';
+    size_t const len = std::char_traits<char>::length(prog);
+    if (libutils::extcasecmp(prog, len, ".exe") == 0) prog[len - 4] = '\0';
+    libutils::dirname(dir, argv[0], sizeof dir);
+    dir[sizeof dir - 1] = '\0';
+
+    // TODO: load the message catalogue here, before the options.
+
+    // Built-in values, then the user's default file, then the command line.
+    zanolib::option_init();
+    // TODO: read the user default file here.
+    zanolib::option_enter_argument(argc, &argv);
+
+    current = imagelist.end();
+    // TODO: list the pictures of argv[1..] here, or of "." without any.
+}
+
+ViewWindow::~ViewWindow() = default;
+
+GLFWwindow* ViewWindow::window() const
+{
+    return manager().win(const_cast<ViewWindow*>(this));
+}
+
+void ViewWindow::init()
+{
+    GLFWwindow* const w = window();
+
+    std::string title;
+    zanolib::make_title2(title, getmsg(MSG_APPLICATION_NAME), getmsg(MSG_NO_IMAGE));
+    glfwSetWindowTitle(w, title.c_str());
+    glfwSetWindowSize(w, zanolib::g_option.winsize.x, zanolib::g_option.winsize.y);
+
+    int width = 0, height = 0, x = 0, y = 0;
+    glfwGetWindowSize(w, &width, &height);
+    glfwGetWindowPos(w, &x, &y);
+    int area_x = 0, area_y = 0, area_width = 0, area_height = 0;
+    glfwGetMonitorWorkarea(glfwGetPrimaryMonitor(), &area_x, &area_y, &area_width, &area_height);
+
+    if (zanolib::g_option.wintype & kWorkAreaBit) {
+        winwidth = width;
+        winheight = height;
+        winx = x;
+        winy = y;
+        // The work area's own origin is not used: the window goes to 0,0.
+        glfwSetWindowPos(w, 0, 0);
+        glfwSetWindowSize(w, area_width, area_height);
+    }
+
+    // Switched on only now, so that no repeat reaches the start.
+    manager().KeyRepeat(true);
+}
+
+void ViewWindow::reshape(int, int) {}
+
+void ViewWindow::display() {}
+
+void ViewWindow::keyboard(unsigned char key, int, int)
+{
+    switch (key) {
+    case 27:   // Escape
+    case 'q':
+        manager().Exit();
+        break;
+    default:
+        break;
+    }
+}
+
+void ViewWindow::specialkey(int, int, int) {}
+void ViewWindow::mouse(int, int, int, int) {}
+void ViewWindow::motion(int, int) {}
+void ViewWindow::mousewheel(int, int, int, int) {}
+void ViewWindow::drop(int, char const**) {}
+
+}  // namespace zanoview2

@@ -1,0 +1,29 @@
+# zv_add_test(NAME <name> SOURCES <files...> [LIBS <targets...>] [DISPLAY])
+#
+#   One GoogleTest executable per subject, registered with CTest test by
+#   test (gtest_discover_tests), so that a failure names the broken
+#   behaviour. DISPLAY marks tests that need an X server: they get the
+#   label "display", run one at a time, under the Xvfb that test.sh starts.
+#   Every test runs with the build directory as its working directory and
+#   knows it as ZV_BUILD_DIR, and the repository as ZV_SOURCE_DIR.
+include(GoogleTest)
+
+function(zv_add_test)
+  cmake_parse_arguments(ARG "DISPLAY" "NAME" "SOURCES;LIBS" ${ARGN})
+  add_executable(${ARG_NAME} ${ARG_SOURCES})
+  zv_warnings(${ARG_NAME})
+  target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LIBS} GTest::gtest_main)
+  target_compile_definitions(${ARG_NAME} PRIVATE
+    ZV_BUILD_DIR="${CMAKE_BINARY_DIR}"
+    ZV_SOURCE_DIR="${ZV_ROOT}")
+  # Tests on the display run one at a time: they share the X server and
+  # its keyboard focus.
+  set(properties LABELS unit)
+  if(ARG_DISPLAY)
+    set(properties LABELS display RESOURCE_LOCK xserver)
+  endif()
+  gtest_discover_tests(${ARG_NAME}
+    WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
+    DISCOVERY_TIMEOUT 30
+    PROPERTIES ${properties} TIMEOUT 120)
+endfunction()

@@ -1,0 +1,132 @@
+// The viewer's start and end, driven through the real binary: the help,
+// the window it opens, and the ways out of it.
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+#include <unistd.h>
+
+#include "tests/support/viewer_process.h"
+
+using zvtest::ViewerProcess;
+
+namespace {
+
+// Until a message file is found, both texts of the title say so.
+char const kEmptyTitle[] = "message not loaded. - message not loaded.";
+
+// A HOME of its own, so that no default file of the user's can change a run.
+std::vector<std::string> clean_env() { return {"HOME=/nonexistent-zanoview-home"}; }
+
+// User plus system CPU time of a process, in clock ticks.
+long cpu_ticks(pid_t pid)
+{
+    std::ifstream in("/proc/" + std::to_string(pid) + "/stat");
+    std::string line;
+    std::getline(in, line);
+    std::istringstream fields(line.substr(line.rfind(')') + 2));
+    std::string field;
+    long utime = 0, stime = 0;
+    for (int i = 3; fields >> field; ++i) {
+        if (i == 14) utime = std::stol(field);
+        if (i == 15) { stime = std::stol(field); break; }
+    }
+    return utime + stime;
+}
+
+}  // namespace
+
+TEST(Help, PrintsTheListingAndExitsBeforeAnyWindow)
+{
+    ViewerProcess viewer({"-verbose", "-h", "picture.bmp"}, clean_env());
+    ASSERT_EQ(viewer.wait_exit(), 0);
+    std::string const out = viewer.out();
+    // The usage line names the program as it was called.
+    std::string const usage = "usage: " + zvtest::viewer_binary() + " [option] file...\n\noption";
+    EXPECT_EQ(out.rfind(usage, 0), 0u) << out;
+    EXPECT_NE(out.find("-single                bool    disable double-buffer, reduce VRAM use.\n"), std::string::npos);
+    EXPECT_EQ(viewer.err(), "");
+}
+
+TEST(Help, SwitchedOffFormGivesNoHelp)
+{
+    ViewerProcess viewer({"-h-"}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    EXPECT_EQ(viewer.out(), "");
+    viewer.key("q");
+    EXPECT_EQ(viewer.wait_exit(), 0);
+}
+
+TEST(Start, WithoutADisplayFailsWithStatusOne)
+{
+    ViewerProcess viewer({}, {"DISPLAY", "WAYLAND_DISPLAY", "HOME=/nonexistent-zanoview-home"});
+    EXPECT_EQ(viewer.wait_exit(), 1);
+    EXPECT_EQ(viewer.err(), "glfwInit() failed.\n");
+}
+
+TEST(Window, OpensAtTheDefaultSizeWithTheEmptyTitle)
+{
+    ViewerProcess viewer({}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    zvtest::geometry_t const g = viewer.geometry();
+    EXPECT_EQ(g.width, 800);
+    EXPECT_EQ(g.height, 600);
+    EXPECT_EQ(viewer.title(), kEmptyTitle);
+    viewer.key("q");
+    EXPECT_EQ(viewer.wait_exit(), 0);
+    EXPECT_EQ(viewer.out(), "");
+    EXPECT_EQ(viewer.err(), "");
+}
+
+TEST(Window, TakesItsSizeFromTheWinsizeOption)
+{
+    ViewerProcess viewer({"-winsize", "1024x768"}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    EXPECT_EQ(viewer.geometry().width, 1024);
+    EXPECT_EQ(viewer.geometry().height, 768);
+}
+
+TEST(Window, WorkAreaTypeCoversTheScreenFromTheOrigin)
+{
+    // Without a window manager the work area is the whole screen.
+    ViewerProcess viewer({"-wintype", "2"}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    zvtest::geometry_t const g = viewer.geometry();
+    EXPECT_EQ(g.x, 0);
+    EXPECT_EQ(g.y, 0);
+    EXPECT_EQ(g.width, 1280);
+    EXPECT_EQ(g.height, 1024);
+}
+
+TEST(Window, MaximizeTypeIsAnOrdinaryWindow)
+{
+    ViewerProcess viewer({"-wintype", "1"}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    EXPECT_EQ(viewer.geometry().width, 800);
+    EXPECT_EQ(viewer.geometry().height, 600);
+}
+
+TEST(Window, SleepsWhileNothingHappens)
+{
+    ViewerProcess viewer({}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    // A spinning loop would burn about a hundred ticks in that second.
+    long const before = cpu_ticks(viewer.pid());
+    sleep(1);
+    EXPECT_LE(cpu_ticks(viewer.pid()) - before, 5);
+}
+
+class Quit : public ::testing::TestWithParam<char const*> {};
+
+TEST_P(Quit, EndsWithStatusZero)
+{
+    ViewerProcess viewer({}, clean_env());
+    ASSERT_TRUE(viewer.wait_window());
+    if (std::string(GetParam()) == "close") viewer.close();
+    else viewer.key(GetParam());
+    EXPECT_EQ(viewer.wait_exit(), 0);
+    EXPECT_EQ(viewer.err(), "");
+}
+
+INSTANTIATE_TEST_SUITE_P(ByKeyOrCloseButton, Quit, ::testing::Values("q", "Escape", "close"));

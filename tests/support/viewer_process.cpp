@@ -1,0 +1,299 @@
+#include "tests/support/viewer_process.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xlib.h>
+#include <X11/Xutil.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <sstream>
+#include <thread>
+
+extern char** environ;
+
+namespace zvtest {
+
+namespace {
+
+using clock_type = std::chrono::steady_clock;
+
+// One connection for the whole test program.
+Display* display()
+{
+    static Display* d = XOpenDisplay(nullptr);
+    return d;
+}
+
+Atom atom(char const* name) { return XInternAtom(display(), name, False); }
+
+std::string read_file(std::string const& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::ostringstream s;
+    s << in.rdbuf();
+    return s.str();
+}
+
+bool window_pid(Window w, long& pid)
+{
+    Atom type;
+    int format;
+    unsigned long count, after;
+    unsigned char* data = nullptr;
+    if (XGetWindowProperty(display(), w, atom("_NET_WM_PID"), 0, 1, False, XA_CARDINAL, &type,
+                           &format, &count, &after, &data) != Success || !data)
+        return false;
+    bool const ok = count == 1 && format == 32;
+    if (ok) pid = *reinterpret_cast<long*>(data);
+    XFree(data);
+    return ok;
+}
+
+void pause_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
+
+}  // namespace
+
+std::string viewer_binary() { return std::string(ZV_BUILD_DIR) + "/zanoview"; }
+
+bool screenshot_t::save_ppm(std::string const& path) const
+{
+    std::ofstream out(path, std::ios::binary);
+    out << "P6\n" << width << " " << height << "\n255\n";
+    for (uint32_t p : pixels) {
+        char const rgb[3] = {char(p >> 16), char(p >> 8), char(p)};
+        out.write(rgb, 3);
+    }
+    return bool(out);
+}
+
+int run_command(std::vector<std::string> const& argv)
+{
+    std::vector<char*> args;
+    for (auto const& a : argv) args.push_back(const_cast<char*>(a.c_str()));
+    args.push_back(nullptr);
+    pid_t pid;
+    if (posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return -1;
+    int status = 0;
+    if (waitpid(pid, &status, 0) < 0) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
+ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
+                             std::vector<std::string> const& extra_env)
+{
+    char tmpl[] = "/tmp/zvtest.XXXXXX";
+    m_dir = mkdtemp(tmpl);
+
+    // The viewer's glfwTerminate unloads the GL driver before a sanitizer's
+    // leak check runs, and the driver's one-time allocations then can't be
+    // told from ours. Leaks are checked in the test programs themselves.
+    std::vector<std::string> env = extra_env;
+    env.insert(env.begin(), "ASAN_OPTIONS=detect_leaks=0");
+
+    std::vector<std::string> environment;
+    for (char** e = environ; *e; ++e) {
+        std::string const entry = *e;
+        std::string const name = entry.substr(0, entry.find('='));
+        bool replaced = false;
+        for (auto const& extra : env)
+            if (extra.substr(0, extra.find('=')) == name) replaced = true;
+        if (!replaced) environment.push_back(entry);
+    }
+    for (auto const& extra : env)
+        if (extra.find('=') != std::string::npos) environment.push_back(extra);
+
+    std::vector<char*> envp;
+    for (auto& e : environment) envp.push_back(const_cast<char*>(e.c_str()));
+    envp.push_back(nullptr);
+
+    std::vector<std::string> argv_strings{viewer_binary()};
+    argv_strings.insert(argv_strings.end(), args.begin(), args.end());
+    std::vector<char*> argv;
+    for (auto& a : argv_strings) argv.push_back(const_cast<char*>(a.c_str()));
+    argv.push_back(nullptr);
+
+    posix_spawn_file_actions_t actions;
+    posix_spawn_file_actions_init(&actions);
+    posix_spawn_file_actions_addopen(&actions, 1, (m_dir + "/out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    posix_spawn_file_actions_addopen(&actions, 2, (m_dir + "/err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    if (posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), envp.data()) != 0) m_pid = -1;
+    posix_spawn_file_actions_destroy(&actions);
+}
+
+ViewerProcess::~ViewerProcess()
+{
+    if (m_pid > 0 && running()) {
+        kill(m_pid, SIGKILL);
+        waitpid(m_pid, nullptr, 0);
+    }
+    std::remove((m_dir + "/out").c_str());
+    std::remove((m_dir + "/err").c_str());
+    rmdir(m_dir.c_str());
+}
+
+bool ViewerProcess::running()
+{
+    if (m_pid <= 0 || m_ended) return false;
+    int status = 0;
+    if (waitpid(m_pid, &status, WNOHANG) == m_pid) {
+        m_ended = true;
+        m_status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+        return false;
+    }
+    return true;
+}
+
+int ViewerProcess::wait_exit(double seconds)
+{
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    while (running()) {
+        if (clock_type::now() > until) return -1;
+        pause_ms(20);
+    }
+    return m_status;
+}
+
+bool ViewerProcess::wait_window(double seconds)
+{
+    if (!display()) return false;
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    while (running() && clock_type::now() < until) {
+        Window root, parent, *children = nullptr;
+        unsigned int count = 0;
+        XQueryTree(display(), DefaultRootWindow(display()), &root, &parent, &children, &count);
+        for (unsigned int i = 0; i < count && !m_window; ++i) {
+            long pid = 0;
+            XWindowAttributes attributes;
+            if (window_pid(children[i], pid) && pid == m_pid &&
+                XGetWindowAttributes(display(), children[i], &attributes) &&
+                attributes.map_state == IsViewable)
+                m_window = children[i];
+        }
+        if (children) XFree(children);
+        if (m_window) {
+            // Let the first frames settle before anyone looks at them.
+            pause_ms(200);
+            return true;
+        }
+        pause_ms(50);
+    }
+    return false;
+}
+
+std::string ViewerProcess::title() const
+{
+    Atom type;
+    int format;
+    unsigned long count, after;
+    unsigned char* data = nullptr;
+    std::string title;
+    if (XGetWindowProperty(display(), m_window, atom("_NET_WM_NAME"), 0, 4096, False,
+                           atom("UTF8_STRING"), &type, &format, &count, &after, &data) == Success &&
+        data) {
+        title.assign(reinterpret_cast<char*>(data), count);
+        XFree(data);
+    }
+    return title;
+}
+
+geometry_t ViewerProcess::geometry() const
+{
+    geometry_t g;
+    XWindowAttributes attributes;
+    if (!XGetWindowAttributes(display(), m_window, &attributes)) return g;
+    Window child;
+    XTranslateCoordinates(display(), m_window, DefaultRootWindow(display()), 0, 0, &g.x, &g.y, &child);
+    g.width = attributes.width;
+    g.height = attributes.height;
+    return g;
+}
+
+screenshot_t ViewerProcess::screenshot() const
+{
+    screenshot_t shot;
+    geometry_t const g = geometry();
+    XImage* image = XGetImage(display(), m_window, 0, 0, g.width, g.height, AllPlanes, ZPixmap);
+    if (!image) return shot;
+    shot.width = g.width;
+    shot.height = g.height;
+    shot.pixels.resize(size_t(g.width) * g.height);
+    for (int y = 0; y < g.height; ++y)
+        for (int x = 0; x < g.width; ++x)
+            shot.pixels[size_t(y) * g.width + x] = uint32_t(XGetPixel(image, x, y)) & 0xffffffu;
+    XDestroyImage(image);
+    return shot;
+}
+
+void ViewerProcess::log_event(std::string const& what)
+{
+    std::cerr << "event " << ++m_events << ": " << what << std::endl;
+}
+
+void ViewerProcess::xdotool(std::vector<std::string> const& args)
+{
+    std::vector<std::string> argv{"xdotool"};
+    argv.insert(argv.end(), args.begin(), args.end());
+    if (run_command(argv) != 0) std::cerr << "  xdotool failed" << std::endl;
+}
+
+void ViewerProcess::focus()
+{
+    XSetInputFocus(display(), m_window, RevertToParent, CurrentTime);
+    XSync(display(), False);
+}
+
+void ViewerProcess::key(std::string const& name)
+{
+    log_event("key " + name);
+    focus();
+    xdotool({"key", "--delay", "0", name});
+}
+
+void ViewerProcess::move_mouse(int x, int y)
+{
+    log_event("mouse to " + std::to_string(x) + "," + std::to_string(y));
+    xdotool({"mousemove", "--sync", "--window", std::to_string(m_window), std::to_string(x), std::to_string(y)});
+}
+
+void ViewerProcess::button(int number, bool down)
+{
+    log_event(std::string(down ? "press" : "release") + " button " + std::to_string(number));
+    focus();
+    xdotool({down ? "mousedown" : "mouseup", std::to_string(number)});
+}
+
+void ViewerProcess::click(int number)
+{
+    log_event("click button " + std::to_string(number));
+    focus();
+    xdotool({"click", std::to_string(number)});
+}
+
+void ViewerProcess::close()
+{
+    log_event("close window");
+    XEvent event;
+    std::memset(&event, 0, sizeof event);
+    event.xclient.type = ClientMessage;
+    event.xclient.window = m_window;
+    event.xclient.message_type = atom("WM_PROTOCOLS");
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = long(atom("WM_DELETE_WINDOW"));
+    event.xclient.data.l[1] = CurrentTime;
+    XSendEvent(display(), m_window, False, NoEventMask, &event);
+    XSync(display(), False);
+}
+
+std::string ViewerProcess::out() const { return read_file(m_dir + "/out"); }
+std::string ViewerProcess::err() const { return read_file(m_dir + "/err"); }
+
+}  // namespace zvtest

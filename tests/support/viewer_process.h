@@ -1,0 +1,91 @@
+// Drives the real viewer binary in tests: starts it, finds its window on
+// the X server, sends it keys and mouse events with xdotool, reads its
+// title and geometry, and takes screenshots.
+#ifndef ZANOVIEW_TESTS_SUPPORT_VIEWER_PROCESS_H
+#define ZANOVIEW_TESTS_SUPPORT_VIEWER_PROCESS_H
+
+#include <sys/types.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zvtest {
+
+// The path of build/zanoview.
+std::string viewer_binary();
+
+// Pixels read from the screen, row 0 at the top, 0x00RRGGBB each.
+struct screenshot_t {
+    int width = 0;
+    int height = 0;
+    std::vector<uint32_t> pixels;
+
+    uint32_t at(int x, int y) const { return pixels[size_t(y) * width + x]; }
+    // Writes a binary PPM, for looking at a failure.
+    bool save_ppm(std::string const& path) const;
+};
+
+struct geometry_t {
+    int x = 0, y = 0;           // screen coordinates of the top-left corner
+    int width = 0, height = 0;  // pixels
+};
+
+// One run of the viewer. Its standard output and error go to files that
+// out() and err() read. Every event sent is numbered and logged on stderr
+// ("event 3: key q"), so that a failure can name the event.
+class ViewerProcess {
+public:
+    // Starts the binary with `args`. Each `extra_env` entry "NAME=value" sets a
+    // variable for it; a bare "NAME" removes one.
+    explicit ViewerProcess(std::vector<std::string> const& args,
+                           std::vector<std::string> const& extra_env = {});
+    ~ViewerProcess();
+    ViewerProcess(ViewerProcess const&) = delete;
+    ViewerProcess& operator=(ViewerProcess const&) = delete;
+
+    // Waits until the process shows a mapped window; false on timeout or
+    // when the process ended first.
+    bool wait_window(double seconds = 20);
+    // Waits for the process to end and returns its exit status, or -1 on
+    // timeout (the process is left running) or a signal.
+    int wait_exit(double seconds = 20);
+    bool running();
+    pid_t pid() const { return m_pid; }
+
+    unsigned long window() const { return m_window; }
+    std::string title() const;
+    geometry_t geometry() const;
+    screenshot_t screenshot() const;
+
+    // Key names as xdotool knows them: "q", "Escape", "shift+space".
+    void key(std::string const& name);
+    void move_mouse(int x, int y);  // window coordinates
+    void button(int number, bool down);
+    void click(int number);
+    // Asks the window to close, as its title bar's close button does.
+    void close();
+
+    // What the process wrote to its standard output and error so far.
+    std::string out() const;
+    std::string err() const;
+
+private:
+    void xdotool(std::vector<std::string> const& args);
+    void log_event(std::string const& what);
+    void focus();
+
+    pid_t m_pid = -1;
+    int m_status = -1;
+    bool m_ended = false;
+    unsigned long m_window = 0;
+    int m_events = 0;
+    std::string m_dir;  // a private temporary directory for the output files
+};
+
+// Runs xdotool or a command line and waits for it; returns its exit status.
+int run_command(std::vector<std::string> const& argv);
+
+}  // namespace zvtest
+
+#endif

@@ -1,0 +1,130 @@
+#include "utils/alloc.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <new>
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+namespace libutils {
+
+char const memory_error[] = "can't alloc memory.\n";
+
+// ---------------------------------------------------------------- alloc_new
+
+void* alloc_new::allocate(unsigned long& size, char const* path, e_prot_t /*prot*/,
+                          unsigned long long /*offset*/, android_app* /*app*/)
+{
+    if (path && size == 0) {
+        struct stat st;
+        if (::stat(path, &st) != 0 || st.st_size <= 0) return nullptr;
+        size = static_cast<unsigned long>(st.st_size);
+    }
+    std::FILE* file = nullptr;
+    if (path) {
+        // Opened before allocating, so that a missing file costs nothing and
+        // never hands out a buffer of garbage as if it were the file.
+        file = std::fopen(path, "rb");
+        if (!file) return nullptr;
+    }
+    // Zeroed, so that a file shorter than `size` leaves defined bytes behind it.
+    unsigned char* p = new (std::nothrow) unsigned char[size]();
+    if (p && file) std::fread(p, 1, size, file);
+    if (file) std::fclose(file);
+    if (p) this->size = size;
+    return p;
+}
+
+void* alloc_new::reallocate(void* p, unsigned long size, unsigned long long /*offset*/)
+{
+    unsigned char* q = new (std::nothrow) unsigned char[size]();
+    if (!q) return nullptr;
+    if (p) {
+        std::memcpy(q, p, std::min(this->size, size));
+        delete[] static_cast<unsigned char*>(p);
+    }
+    this->size = size;
+    return q;
+}
+
+void alloc_new::deallocate(void* p)
+{
+    delete[] static_cast<unsigned char*>(p);
+}
+
+// ---------------------------------------------------------- alloc_mmap_unix
+
+void* alloc_mmap_unix::allocate(unsigned long& size, char const* path, e_prot_t prot,
+                                unsigned long long offset, android_app* /*app*/)
+{
+    if (prot != PROTECT_READ && prot != PROTECT_READWRITE) return nullptr;
+    openmode = prot == PROTECT_READWRITE ? O_RDWR : O_RDONLY;
+    this->prot = prot == PROTECT_READWRITE ? PROT_READ | PROT_WRITE : PROT_READ;
+
+    if (path) {
+        flags = MAP_SHARED;
+        fd = ::open(path, openmode | O_CLOEXEC);
+        if (fd < 0) return nullptr;
+        // Touching a file mapping behind the file's end raises SIGBUS, so a
+        // truncated file is refused here rather than crashing its reader.
+        struct stat st;
+        unsigned long long const length = ::fstat(fd, &st) == 0 && st.st_size > 0 ? st.st_size : 0;
+        if (offset >= length) {
+            deallocate(nullptr);
+            return nullptr;
+        }
+        if (size == 0) size = static_cast<unsigned long>(length - offset);
+        if (size > length - offset) {
+            deallocate(nullptr);
+            return nullptr;
+        }
+    } else {
+        fd = -1;
+        this->prot = PROT_READ | PROT_WRITE;
+        flags = MAP_ANON | MAP_PRIVATE;
+        // An offset means nothing to anonymous memory, and an unaligned one
+        // would only make the mapping fail.
+        offset = 0;
+    }
+
+    this->size = size;
+    void* p = ::mmap(nullptr, size, this->prot, flags, fd, static_cast<off_t>(offset));
+    if (p == MAP_FAILED) {
+        // A failed map (size 0 among others) is not storage: report it as null
+        // so that no caller takes the failure marker for an address.
+        deallocate(nullptr);
+        return nullptr;
+    }
+    return p;
+}
+
+void* alloc_mmap_unix::reallocate(void* p, unsigned long size, unsigned long long offset)
+{
+    void* q = ::mmap(p, size, prot, flags, fd, fd < 0 ? 0 : static_cast<off_t>(offset));
+    if (q == MAP_FAILED) return nullptr;
+    if (p) {
+        if (writable()) std::memcpy(q, p, std::min(this->size, size));
+        ::munmap(p, this->size);
+    }
+    this->size = size;
+    return q;
+}
+
+void alloc_mmap_unix::deallocate(void* p)
+{
+    if (p) ::munmap(p, size);
+    if (fd >= 0) ::close(fd);
+    fd = -1;
+    size = 0;
+}
+
+bool alloc_mmap_unix::writable() const
+{
+    return (prot & PROT_WRITE) != 0;
+}
+
+}  // namespace libutils
