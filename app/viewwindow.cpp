@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "glext/glext.h"
 #define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
@@ -60,6 +61,9 @@ GLFWwindow* ViewWindow::window() const
 void ViewWindow::init()
 {
     GLFWwindow* const w = window();
+
+    gl_extloader_init();
+    // TODO: initialise the scene here.
 
     std::string title;
     zanolib::make_title2(title, getmsg(MSG_APPLICATION_NAME), getmsg(MSG_NO_IMAGE));

@@ -1,15 +1,17 @@
-# zv_add_test(NAME <name> SOURCES <files...> [LIBS <targets...>] [DISPLAY])
+# zv_add_test(NAME <name> SOURCES <files...> [LIBS <targets...>] [DISPLAY]
+#             [ENV <NAME=value...>])
 #
 #   One GoogleTest executable per subject, registered with CTest test by
 #   test (gtest_discover_tests), so that a failure names the broken
 #   behaviour. DISPLAY marks tests that need an X server: they get the
 #   label "display", run one at a time, under the Xvfb that test.sh starts.
+#   ENV sets environment variables for every test of the program.
 #   Every test runs with the build directory as its working directory and
 #   knows it as ZV_BUILD_DIR, and the repository as ZV_SOURCE_DIR.
 include(GoogleTest)
 
 function(zv_add_test)
-  cmake_parse_arguments(ARG "DISPLAY" "NAME" "SOURCES;LIBS" ${ARGN})
+  cmake_parse_arguments(ARG "DISPLAY" "NAME" "SOURCES;LIBS;ENV" ${ARGN})
   add_executable(${ARG_NAME} ${ARG_SOURCES})
   zv_warnings(${ARG_NAME})
   target_link_libraries(${ARG_NAME} PRIVATE ${ARG_LIBS} GTest::gtest_main)
@@ -21,6 +23,9 @@ function(zv_add_test)
   set(properties LABELS unit)
   if(ARG_DISPLAY)
     set(properties LABELS display RESOURCE_LOCK xserver)
+  endif()
+  if(ARG_ENV)
+    list(APPEND properties ENVIRONMENT "${ARG_ENV}")
   endif()
   gtest_discover_tests(${ARG_NAME}
     WORKING_DIRECTORY ${CMAKE_BINARY_DIR}

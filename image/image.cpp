@@ -1,0 +1,102 @@
+#include "image/image.h"
+
+#include <limits>
+
+namespace libgr {
+
+// -------------------------------------------------------------- image_desc_t
+
+std::uint64_t image_desc_t::getPixelBits() const
+{
+    if (bits >= IMAGE_BITS_MAX) return 0;
+    if (bits >= IMAGE_BITS_R3G3B2) return s_image_bits_list[bits].pixel;
+    return image_format_components(format) * s_image_bits_list[bits].component;
+}
+
+bool operator==(image_desc_t const& a, image_desc_t const& b)
+{
+    return a.format == b.format && a.type == b.type && a.bits == b.bits;
+}
+
+bool operator!=(image_desc_t const& a, image_desc_t const& b)
+{
+    return !(a == b);
+}
+
+// ----------------------------------------------------------------- palette_t
+
+bool palette_t::resize(unsigned long n)
+{
+    size = n;
+    if (red.resize(n) && green.resize(n) && blue.resize(n)) return n != 0;
+    clear();
+    return false;
+}
+
+void palette_t::clear()
+{
+    size = 0;
+    red.clear();
+    green.clear();
+    blue.clear();
+}
+
+// ----------------------------------------------------------------- image1d_t
+
+unsigned char* image1d_t::operator[](unsigned int i)
+{
+    return begin() + i + window.skippixels;
+}
+
+unsigned char const* image1d_t::operator[](unsigned int i) const
+{
+    return begin() + i + window.skippixels;
+}
+
+// ----------------------------------------------------------------- image2d_t
+
+std::uint64_t image2d_t::rowlength() const
+{
+    return window.rowlength != 0 ? window.rowlength : m_width;
+}
+
+std::uint64_t image2d_t::rowsize() const
+{
+    // A row that ends inside a byte still takes the whole byte.
+    std::uint64_t const bits = desc.getPixelBits() * rowlength();
+    std::uint64_t const bytes = (bits + 7) / 8;
+    // OpenGL's default alignment, also for a store that leaves it at 0.
+    std::uint64_t const align = store && store->alignment != 0 ? store->alignment : 4;
+    return (bytes + align - 1) / align * align;
+}
+
+std::uint64_t image2d_t::rowbyte() const
+{
+    return desc.getPixelBits() * m_width / 8;
+}
+
+std::uint64_t image2d_t::datasize() const
+{
+    std::uint64_t const rows = std::uint64_t(window.skiprows) + m_height;
+    std::uint64_t const row = rowsize();
+    // Saturated, so that a record with absurd sizes asks for more than can
+    // be had instead of a wrapped-around small block.
+    if (row != 0 && rows > std::numeric_limits<std::uint64_t>::max() / row)
+        return std::numeric_limits<std::uint64_t>::max();
+    return row * rows;
+}
+
+bool image2d_t::allocate()
+{
+    return resize(datasize(), 0);
+}
+
+void image2d_t::clear()
+{
+    image_bytes_t::clear();
+    palette.clear();
+    m_width = 0;
+    m_height = 0;
+}
+
+}  // namespace libgr

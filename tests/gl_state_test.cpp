@@ -1,0 +1,257 @@
+// The GL state keepers, the error report, the pixel-store setters and the
+// read-back, on a real context.
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <memory>
+#include <sstream>
+#include <vector>
+
+#include "glext/glext.h"
+#define GLFW_INCLUDE_NONE
+#include <GLFW/glfw3.h>
+
+#include "gl/beginner.h"
+#include "gl/error.h"
+#include "gl/matrixmgr.h"
+#include "gl/pixelstore.h"
+#include "gl/readpixels.h"
+#include "gl/wrappers.h"
+#include "tests/support/gl_context.h"
+
+using namespace libgr;
+
+namespace {
+
+GLint get_integer(GLenum name)
+{
+    GLint value = 0;
+    glGetIntegerv(name, &value);
+    return value;
+}
+
+matrix3w_t current(GLenum name)
+{
+    matrix3w_t m;
+    grGet(name, m);
+    return m;
+}
+
+bool same(matrix3w_t const& a, matrix3w_t const& b)
+{
+    for (int i = 0; i < 16; ++i)
+        if (a.data()[i] != b.data()[i]) return false;
+    return true;
+}
+
+// Swaps a standard stream's buffer for a string for the lifetime of a scope.
+class Capture {
+public:
+    explicit Capture(std::ostream& stream) : m_stream(stream), m_old(stream.rdbuf(m_text.rdbuf())) {}
+    ~Capture() { m_stream.rdbuf(m_old); }
+    std::string text() const { return m_text.str(); }
+
+private:
+    std::ostream& m_stream;
+    std::ostringstream m_text;
+    std::streambuf* m_old;
+};
+
+class GlState : public zvtest::GlContextTest {
+protected:
+    void SetUp() override
+    {
+        zvtest::GlContextTest::SetUp();
+        if (IsSkipped()) return;
+        while (glGetError() != GL_NO_ERROR) {}
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+    }
+};
+
+}  // namespace
+
+TEST_F(GlState, ModeKeeperSelectsAndRestoresTheMode)
+{
+    {
+        grMatrixModeKeeper keep(GL_PROJECTION);
+        EXPECT_EQ(get_integer(GL_MATRIX_MODE), GL_PROJECTION);
+    }
+    EXPECT_EQ(get_integer(GL_MATRIX_MODE), GL_MODELVIEW);
+    {
+        grMatrixModeKeeper keep(0);
+        EXPECT_EQ(get_integer(GL_MATRIX_MODE), GL_MODELVIEW);
+    }
+    EXPECT_FALSE(grPrintError("keeper"));
+}
+
+TEST_F(GlState, PusherRestoresTheMatrixAndTheMode)
+{
+    glTranslatef(1, 2, 3);
+    matrix3w_t const before = current(GL_MODELVIEW_MATRIX);
+    {
+        grMatrixPusher keep(GL_MODELVIEW);
+        glScalef(2, 2, 2);
+        EXPECT_FALSE(same(current(GL_MODELVIEW_MATRIX), before));
+    }
+    EXPECT_TRUE(same(current(GL_MODELVIEW_MATRIX), before));
+
+    glMatrixMode(GL_MODELVIEW);
+    {
+        grMatrixPusher keep(GL_TEXTURE);
+        glRotatef(30, 0, 0, 1);
+        EXPECT_EQ(get_integer(GL_MATRIX_MODE), GL_TEXTURE);
+    }
+    EXPECT_EQ(get_integer(GL_MATRIX_MODE), GL_MODELVIEW);
+    EXPECT_TRUE(same(current(GL_TEXTURE_MATRIX), Imtx)) << "the texture matrix was not popped";
+    EXPECT_FALSE(grPrintError("pusher"));
+}
+
+TEST_F(GlState, EnhancedPusherOverflowsIntoSoftware)
+{
+    grMatrixPusher::setEnhanceMode(true);
+    GLint const limit = get_integer(GL_MAX_MODELVIEW_STACK_DEPTH);
+    ASSERT_EQ(grMatrixPusher::g_modelview_matrix.m_limit, limit);
+    while (glGetError() != GL_NO_ERROR) {}  // the colour matrix stack is not offered
+
+    // Two more than the stack holds, each with its own matrix on top.
+    std::vector<std::unique_ptr<grMatrixPusher>> pushers;
+    std::vector<matrix3w_t> expected;
+    for (GLint i = 0; i < limit + 2; ++i) {
+        glTranslatef(1, 0, 0);
+        expected.push_back(current(GL_MODELVIEW_MATRIX));
+        pushers.push_back(std::make_unique<grMatrixPusher>(GL_MODELVIEW));
+    }
+    EXPECT_EQ(grMatrixPusher::g_modelview_matrix.m_overflow.size(), 3u);
+    EXPECT_FALSE(grPrintError("overflow")) << "the stack overflowed in GL";
+    while (!pushers.empty()) {
+        glLoadIdentity();
+        pushers.pop_back();
+        EXPECT_TRUE(same(current(GL_MODELVIEW_MATRIX), expected[pushers.size()])) << pushers.size();
+    }
+    EXPECT_TRUE(grMatrixPusher::g_modelview_matrix.m_overflow.empty());
+    grMatrixPusher::setEnhanceMode(false);
+    EXPECT_EQ(grMatrixPusher::g_modelview_matrix.m_limit, 0);
+}
+
+TEST_F(GlState, UnknownMatrixModeFallsBackToModelview)
+{
+    Capture out(std::cout);
+    EXPECT_EQ(&grMatrixPusher::getMatrixManager(0x1234), &grMatrixPusher::g_modelview_matrix);
+    EXPECT_EQ(out.text(), "1234: unknown enum! fall back to modelview.\n");
+    std::cout << std::dec;
+    EXPECT_EQ(&grMatrixPusher::getMatrixManager(0), &grMatrixPusher::g_modelview_matrix);
+    EXPECT_EQ(&grMatrixPusher::getMatrixManager(GL_PROJECTION), &grMatrixPusher::g_projection_matrix);
+}
+
+TEST_F(GlState, PrintErrorReportsOneErrorUnderItsLabel)
+{
+    glMatrixMode(GL_LINE);  // invalid enum
+    {
+        Capture err(std::cerr);
+        EXPECT_TRUE(grPrintError("after Draw()"));
+        EXPECT_EQ(err.text(), "after Draw(): Error 1280: invalid enumerant\n");
+    }
+    glPushAttrib(0);
+    glPopAttrib();
+    glPopAttrib();  // stack underflow
+    {
+        Capture err(std::cerr);
+        EXPECT_TRUE(grPrintError(nullptr));
+        EXPECT_EQ(err.text(), "Error 1284: stack underflow\n");
+    }
+    Capture err(std::cerr);
+    EXPECT_FALSE(grPrintError("clean"));
+    EXPECT_EQ(err.text(), "");
+}
+
+TEST_F(GlState, PixelStoreTakesTheRecordsFields)
+{
+    image_store_t const store{true, 1};
+    grPixelStoreUnpack(&store);
+    grPixelStoreUnpack(image_window2d_t{300, 7, 9});
+    EXPECT_EQ(get_integer(GL_UNPACK_SWAP_BYTES), 1);
+    EXPECT_EQ(get_integer(GL_UNPACK_ALIGNMENT), 1);
+    EXPECT_EQ(get_integer(GL_UNPACK_ROW_LENGTH), 300);
+    EXPECT_EQ(get_integer(GL_UNPACK_SKIP_PIXELS), 7);
+    EXPECT_EQ(get_integer(GL_UNPACK_SKIP_ROWS), 9);
+
+    grPixelStorePack(image_window3d_t{10, 20, 1, 2, 3});
+    EXPECT_EQ(get_integer(GL_PACK_ROW_LENGTH), 10);
+    EXPECT_EQ(get_integer(GL_PACK_IMAGE_HEIGHT), 20);
+    EXPECT_EQ(get_integer(GL_PACK_SKIP_PIXELS), 1);
+    EXPECT_EQ(get_integer(GL_PACK_SKIP_ROWS), 2);
+    EXPECT_EQ(get_integer(GL_PACK_SKIP_IMAGES), 3);
+
+    // A null store leaves the parameters alone.
+    grPixelStoreUnpack(static_cast<image_store_t const*>(nullptr));
+    EXPECT_EQ(get_integer(GL_UNPACK_ALIGNMENT), 1);
+
+    image_store_t const plain;
+    grPixelStoreUnpack(&plain);
+    grPixelStoreUnpack(image_window2d_t{});
+    grPixelStorePack(image_window3d_t{});
+    EXPECT_FALSE(grPrintError("pixel store"));
+}
+
+TEST(PixelTypes, SizesOfFormatsAndTypes)
+{
+    EXPECT_EQ(grFormatToComponents(GL_LUMINANCE), 1u);
+    EXPECT_EQ(grFormatToComponents(GL_LUMINANCE_ALPHA), 2u);
+    EXPECT_EQ(grFormatToComponents(GL_BGR), 3u);
+    EXPECT_EQ(grFormatToComponents(GL_BGRA), 4u);
+    EXPECT_EQ(grFormatToComponents(GL_STENCIL_INDEX), 0u);
+    EXPECT_EQ(grTypeToSize(GL_BITMAP), 1u);
+    EXPECT_EQ(grTypeToSize(GL_UNSIGNED_SHORT), 2u);
+    EXPECT_EQ(grTypeToSize(GL_FLOAT), 4u);
+    EXPECT_EQ(grTypeToSize(GL_DOUBLE), 8u);
+    EXPECT_EQ(grTypeToSize(GL_3_BYTES), 0u);
+    EXPECT_EQ(grSizeToType(1), GLenum(GL_UNSIGNED_BYTE));
+    EXPECT_EQ(grSizeToType(2), GLenum(GL_UNSIGNED_SHORT));
+    EXPECT_EQ(grSizeToType(4), GLenum(GL_FLOAT));
+    EXPECT_EQ(grSizeToType(8), GLenum(GL_DOUBLE));
+    for (unsigned long size : {0ul, 3ul, 9ul}) EXPECT_EQ(grSizeToType(size), 0u) << size;
+}
+
+// Reading the front buffer after a swap needs softpipe; the test runs
+// with GALLIUM_DRIVER=softpipe.
+TEST_F(GlState, ReadPixelsGivesTheFrontBufferBottomRowFirst)
+{
+    GLint viewport[4];
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    ASSERT_GT(viewport[2], 8);
+    glClearColor(0.0f, 0.0f, 1.0f, 1.0f);
+    glClear(GL_COLOR_BUFFER_BIT);
+    // A red bottom half.
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glMatrixMode(GL_MODELVIEW);
+    glDisable(GL_TEXTURE_2D);
+    glColor3f(1, 0, 0);
+    {
+        grBeginner quad(GL_QUADS);
+        glVertex2f(-1, -1);
+        glVertex2f(1, -1);
+        glVertex2f(1, 0);
+        glVertex2f(-1, 0);
+    }
+    glfwSwapBuffers(zvtest::gl_context_window());
+
+    image2d_t image;
+    ASSERT_TRUE(grReadPixelsRGB(image));
+    EXPECT_EQ(image.m_width, std::uint32_t(viewport[2]));
+    EXPECT_EQ(image.m_height, std::uint32_t(viewport[3]));
+    EXPECT_EQ(image.desc, (image_desc_t{IMAGE_FORMAT_RGB, IMAGE_TYPE_UINT, IMAGE_BITS_8}));
+    unsigned char const* bottom = image.begin();
+    unsigned char const* top = image.begin() + image.rowsize() * (image.m_height - 1);
+    EXPECT_EQ(bottom[0], 255);
+    EXPECT_EQ(bottom[2], 0);
+    EXPECT_EQ(top[0], 0);
+    EXPECT_EQ(top[2], 255);
+
+    image2d_t depth;
+    ASSERT_TRUE(grReadPixelsDepth(depth));
+    EXPECT_EQ(depth.desc.bits, IMAGE_BITS_24);
+    EXPECT_GE(depth.size(), std::size_t(4) * viewport[2] * viewport[3]);
+    EXPECT_FALSE(grPrintError("read back"));
+}
