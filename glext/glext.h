@@ -7,7 +7,7 @@
 
 #include <cstdint>
 
-#include "glext/gl_names.gen.h"
+#include "glext/gen/gl_names.gen.h"
 
 // A name that stands for a core version, and the GL_VERSION text from which
 // the context counts as having it: {"GL_VERSION_2_1", "2.1.0"}.

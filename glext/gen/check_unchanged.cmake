@@ -1,5 +1,5 @@
 # Runs the generator into OUT_DIR and fails unless every file it writes is
-# byte for byte the one checked in under glext/, and no checked-in *.gen.*
+# byte for byte the one checked in under glext/gen/, and no checked-in *.gen.*
 # file is left that it no longer writes.
 #
 #   cmake -DPYTHON=<python3> -DSOURCE_DIR=<repository> -DOUT_DIR=<scratch dir>
@@ -14,11 +14,11 @@ if(NOT status EQUAL 0)
 endif()
 
 file(GLOB written RELATIVE "${OUT_DIR}" "${OUT_DIR}/*")
-file(GLOB checked_in RELATIVE "${SOURCE_DIR}/glext" "${SOURCE_DIR}/glext/*.gen.*")
+file(GLOB checked_in RELATIVE "${SOURCE_DIR}/glext/gen" "${SOURCE_DIR}/glext/gen/*.gen.*")
 list(SORT written)
 list(SORT checked_in)
 if(NOT written STREQUAL checked_in)
-  message(FATAL_ERROR "the generator writes [${written}], glext/ holds [${checked_in}]")
+  message(FATAL_ERROR "the generator writes [${written}], glext/gen/ holds [${checked_in}]")
 endif()
 
 find_program(DIFF diff)
@@ -26,13 +26,13 @@ set(differing "")
 foreach(name IN LISTS written)
   execute_process(
     COMMAND "${CMAKE_COMMAND}" -E compare_files
-      "${SOURCE_DIR}/glext/${name}" "${OUT_DIR}/${name}"
+      "${SOURCE_DIR}/glext/gen/${name}" "${OUT_DIR}/${name}"
     RESULT_VARIABLE same)
   if(NOT same EQUAL 0)
-    list(APPEND differing "glext/${name}")
+    list(APPEND differing "glext/gen/${name}")
     if(DIFF)
       execute_process(
-        COMMAND "${DIFF}" -u "${SOURCE_DIR}/glext/${name}" "${OUT_DIR}/${name}"
+        COMMAND "${DIFF}" -u "${SOURCE_DIR}/glext/gen/${name}" "${OUT_DIR}/${name}"
         OUTPUT_VARIABLE patch)
       string(SUBSTRING "${patch}" 0 4000 patch)
       message("${patch}")

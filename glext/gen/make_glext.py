@@ -12,7 +12,7 @@ beside this script, and writes into the output directory:
 
 Run from the repository root:
 
-  python3 glext/gen/make_glext.py --out glext
+  python3 glext/gen/make_glext.py --out glext/gen
 
 The headers are read as text, never compiled: the output must not depend on
 which macros a compiler happens to define, and no translation unit of ours
@@ -25,7 +25,7 @@ import re
 import sys
 
 HERE = os.path.dirname(os.path.abspath(__file__))
-COMMAND = "python3 glext/gen/make_glext.py --out glext"
+COMMAND = "python3 glext/gen/make_glext.py --out glext/gen"
 REGEN_TARGET = "zv_glext_regen"
 
 # The core versions whose members stay empty: the program takes the few of
