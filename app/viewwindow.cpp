@@ -1,5 +1,6 @@
 #include "app/viewwindow.h"
 
+#include <iostream>
 #include <string>
 
 #include "glext/glext.h"
@@ -7,6 +8,7 @@
 #include <GLFW/glfw3.h>
 
 #include "app/messages.h"
+#include "geometry/text.h"
 #include "options/message.h"
 #include "options/option.h"
 #include "utils/path.h"
@@ -48,7 +50,13 @@ ViewWindow::ViewWindow(int* argc, char** argv)
     zanolib::option_enter_argument(argc, &argv);
 
     current = imagelist.end();
-    // TODO: list the pictures of argv[1..] here, or of "." without any.
+    // The current directory without arguments. A path that yields no
+    // picture is simply not in the list.
+    if (*argc < 2) {
+        setImagePath(".");
+    } else {
+        for (int i = 1; i < *argc; ++i) setImagePath(argv[i]);
+    }
 }
 
 ViewWindow::~ViewWindow() = default;
@@ -63,7 +71,7 @@ void ViewWindow::init()
     GLFWwindow* const w = window();
 
     gl_extloader_init();
-    // TODO: initialise the scene here.
+    scene.Init(dir);
 
     std::string title;
     zanolib::make_title2(title, getmsg(MSG_APPLICATION_NAME), getmsg(MSG_NO_IMAGE));
@@ -86,13 +94,67 @@ void ViewWindow::init()
         glfwSetWindowSize(w, area_width, area_height);
     }
 
+    if (initial_load()) {
+        // TODO: fit the window and the picture to each other, and title the
+        // window with the picture, here.
+        scene.make_graph(dir);
+    }
+    // GLFW sends no size event when the size doesn't change: the scene gets
+    // its viewport here all the same, before the first frame.
+    set_shape();
+
     // Switched on only now, so that no repeat reaches the start.
     manager().KeyRepeat(true);
 }
 
-void ViewWindow::reshape(int, int) {}
+void ViewWindow::clear()
+{
+    scene.setCurrent(0);
+    while (scene.delImage()) {}
+    imagelist.clear();
+    current = imagelist.end();
+    current_index = 0;
+    manager().PostRedisplay();
+}
 
-void ViewWindow::display() {}
+libgr::direction2l_t ViewWindow::get_window_size() const
+{
+    int width = 0, height = 0;
+    glfwGetFramebufferSize(window(), &width, &height);
+    return {width, height};
+}
+
+void ViewWindow::set_shape()
+{
+    oldwinsize = get_window_size();
+    scene.Reshape(oldwinsize.x, oldwinsize.y);
+}
+
+void ViewWindow::reshape(int width, int height)
+{
+    zanolib::option_t const& option = zanolib::g_option;
+    // GLFW reports window coordinates; everything here is framebuffer pixels.
+    if (width != 0 && height != 0) {
+        libgr::direction2l_t const fb = get_window_size();
+        pixelratio = {fb.x / width, fb.y / height};
+        width = fb.x;
+        height = fb.y;
+    }
+    scene.Reshape(width, height);
+    if (oldwinsize.x == 0 && oldwinsize.y == 0) {
+        if (option.debug) std::cout << "oldwinsize is ZERO." << std::endl;
+    } else if (option.resizetype == 1) {
+        // The picture keeps its share of the window's height; the width's
+        // ratio is left out on purpose.
+        float const f = height == oldwinsize.y ? 1.0f : float(height) / float(oldwinsize.y);
+        if (option.debug) std::cout << "re-shape scale factor is " << f << std::endl;
+        scene.Scale(f, 0.0f);
+    }
+    oldwinsize = {width, height};
+    if (option.debug) std::cout << "newwinsize is " << oldwinsize << std::endl;
+}
+
+void ViewWindow::display() { scene.Display(); }
 
 void ViewWindow::keyboard(unsigned char key, int, int)
 {

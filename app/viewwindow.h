@@ -6,6 +6,9 @@
 #include <list>
 #include <string>
 
+#include "geometry/matrix.h"
+#include "geometry/vector.h"
+#include "scene/viewscene.h"
 #include "window/glutyapi.h"
 
 struct GLFWwindow;
@@ -33,6 +36,20 @@ public:
     char const* program_name() const { return prog; }
     char const* program_dir() const { return dir; }
 
+    // Empties the picture state: no picture in the scene, an empty list.
+    void clear();
+    // The framebuffer's size, in pixels rather than screen coordinates.
+    libgr::direction2l_t get_window_size() const;
+    libgr::matrix3w_t const& getMatrix() const { return scene.getMatrix(); }
+
+    // Adds a picture file, or the pictures of a directory sorted by byte
+    // value, to the end of the list. An empty path is ".". False, with the
+    // list as it was, for a file with no picture extension or a directory
+    // with no picture in it. A file's existence is not tested here.
+    bool setImagePath(char const* path);
+    // Loads the first entry of the list that loads. False when none does.
+    bool initial_load();
+
 private:
     // A button held down: where the cursor was last taken into account.
     struct drag_t {
@@ -42,16 +59,23 @@ private:
     };
 
     GLFWwindow* window() const;
+    // Records the framebuffer size and sets the scene's viewport for it.
+    void set_shape();
 
     char prog[1024];  // the program's stem: "zanoview" for /usr/bin/zanoview
     char dir[1024];   // the program's directory with its closing "/", or ""
     drag_t move_drag;    // left button
     drag_t zoom_drag;    // middle button
     drag_t rotate_drag;  // right button
+    zanolib::ViewScene scene;
     std::list<std::string> imagelist;  // the pictures, in paging order
     std::list<std::string>::iterator current;
     unsigned long current_index = 0;
     unsigned long image_count = 0;
+    libgr::direction2l_t oldwinsize{0, 0};  // framebuffer pixels at the last reshape
+    // Framebuffer pixels per window coordinate, per axis; the mouse handlers
+    // scale cursor positions by it.
+    libgr::direction2l_t pixelratio{1, 1};
 };
 
 }  // namespace zanoview2

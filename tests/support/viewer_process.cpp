@@ -9,6 +9,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
@@ -231,6 +232,20 @@ screenshot_t ViewerProcess::screenshot() const
             shot.pixels[size_t(y) * g.width + x] = uint32_t(XGetPixel(image, x, y)) & 0xffffffu;
     XDestroyImage(image);
     return shot;
+}
+
+screenshot_t ViewerProcess::settled_screenshot(double seconds) const
+{
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    screenshot_t last = screenshot();
+    while (clock_type::now() < until) {
+        pause_ms(100);
+        screenshot_t shot = screenshot();
+        bool const drawn = std::any_of(shot.pixels.begin(), shot.pixels.end(), [](uint32_t p) { return p != 0; });
+        if (drawn && shot.pixels == last.pixels) return shot;
+        last = std::move(shot);
+    }
+    return last;
 }
 
 void ViewerProcess::log_event(std::string const& what)

@@ -57,6 +57,10 @@ public:
     std::string title() const;
     geometry_t geometry() const;
     screenshot_t screenshot() const;
+    // A screenshot once the window has been drawn and holds still: two
+    // shots in a row alike and not all black, or the last one after
+    // `seconds`.
+    screenshot_t settled_screenshot(double seconds = 10) const;
 
     // Key names as xdotool knows them: "q", "Escape", "shift+space".
     void key(std::string const& name);

@@ -1,0 +1,120 @@
+#include "scene/viewobj.h"
+
+#include <algorithm>
+#include <iostream>
+
+#include "glext/glext.h"
+
+#include "codecs/bmp2.h"
+#include "gl/error.h"
+#include "image/convert.h"
+#include "options/option.h"
+#include "utils/path.h"
+
+namespace zanolib {
+
+namespace {
+
+// Tiles are never larger than this, however large the GL allows textures:
+// small tiles keep each upload short.
+constexpr unsigned long kMaxTile = 256;  // pixels
+
+}  // namespace
+
+libutils::ptr_t<libgr::image_object_t> ViewObject::m_bmpimgobj;
+
+ViewObject::ViewObject()
+    : m_texparameter{GL_LINEAR_MIPMAP_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE, GL_CLAMP_TO_EDGE, 1.0f}
+{
+}
+
+bool ViewObject::setImage(char const* path, char const* /*datapath*/)
+{
+    m_path = path;
+
+    // The extension alone decides; the file's contents play no part.
+    libutils::ptr_t<libgr::image_object_t>* codec = nullptr;
+    if (libutils::extcasecmp(m_path, ".bmp") == 0) {
+        codec = &m_bmpimgobj;
+        if (!*codec) *codec = new libgr::image_bmp2_t;
+    } else {
+        return false;
+    }
+
+    // A previous load's unpack setting must not leak into this one.
+    m_image.store = nullptr;
+    // A codec that failed stays in its place for the next try.
+    if (!(*codec)->load(m_image, path)) return false;
+    m_rightrotatecount = (*codec)->rightrotatecount();
+
+    GLint max_texture_size = 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &max_texture_size);
+    if (g_option.debug) std::cerr << "max_tex_size: " << max_texture_size << std::endl;
+    unsigned long const limit = std::min<unsigned long>(max_texture_size, kMaxTile);
+
+    // Palette pictures go up as RGB; every other format goes to the GL as it
+    // comes, BGR orders and gray included.
+    if (m_image.desc.format == libgr::IMAGE_FORMAT_INDEX) {
+        libgr::image2d_t rgb;
+        if (!libgr::index2rgb(rgb, m_image)) return false;
+        m_image = rgb;
+    }
+
+    libgr::grPrintError("before rectangle_to_squares");
+    // A failed cut has reported itself and leaves fewer tiles: the picture
+    // still shows what it can.
+    rectangle_to_squares(m_squareimage, m_image, limit, true /*use_window*/);
+    libgr::grPrintError("rectangle-to-squares");
+    if (g_option.debug) std::cerr << "rectangle_to_square() complete." << std::endl;
+    squares_to_texobjs(m_texobject, m_squareimage);
+    libgr::grPrintError("squares_to_texobjs");
+    m_texobject.setTexParm(&m_texparameter);
+    if (g_option.debug) std::cerr << "ViewObject::setImage() end" << std::endl;
+
+    // The codecs' working memory goes between loads.
+    m_bmpimgobj.free();
+    return true;
+}
+
+void ViewObject::load_texture()
+{
+    if (m_texture_loaded) return;
+    m_texobject.Preload();
+    m_texture_loaded = true;
+}
+
+void ViewObject::free_texture()
+{
+    if (!m_texture_loaded) return;
+    m_texobject.Unload();
+    m_texture_loaded = false;
+}
+
+bool ViewObject::is_resident() const { return m_texobject.isResident(); }
+
+void ViewObject::setMagSmooth(bool on)
+{
+    m_magsmooth = on;
+    // GL_LINEAR is GL_NEAREST + 1.
+    m_texparameter.magfilter = GL_NEAREST + (on ? 1 : 0);
+}
+
+libgr::direction2l_t ViewObject::getImageSize() const
+{
+    return {std::int32_t(m_image.m_width), std::int32_t(m_image.m_height)};
+}
+
+void ViewObject::Draw() const
+{
+    if (!m_texture_loaded) return;
+    libgr::grPrintError("before-ViewObject::Draw()");
+    if (g_option.debug) std::cerr << "ViewObject::Draw()" << std::endl;
+    float const width = float(m_image.m_width);
+    float const height = float(m_image.m_height);
+    // Centred on the origin, one unit a pixel; odd sizes put the corners on
+    // half units.
+    m_texobject.draw_image({width * -0.5f, height * -0.5f}, {width * 0.5f, height * 0.5f});
+    libgr::grPrintError("after-ViewObject::Draw()");
+}
+
+}  // namespace zanolib
