@@ -23,23 +23,17 @@ namespace {
 
 // What to write; the defaults make a valid 24-bit file of 4x2 pixels.
 struct bmp_t {
+    bmp_t(std::uint16_t bits = 24, std::uint32_t colours = 0) : bits(bits), colours(colours) {}
     std::int32_t width = 4;
     std::int32_t height = 2;  // negative: top-down
-    std::uint16_t bits = 24;
-    std::uint32_t colours = 0;  // palette entries; colour i is red 3i, green 2i, blue i
+    std::uint16_t bits;
+    std::uint32_t colours;  // palette entries; colour i is red 3i, green 2i, blue i
     std::uint32_t compression = 0;
     char const* magic = "BM";
     std::int64_t offbits = -1;  // -1: right behind the palette
     std::string gap;            // bytes between the 40-byte header and the palette
     std::size_t data = -1;      // pixel bytes written, at most
 };
-
-bmp_t of(std::uint16_t bits, std::uint32_t colours = 0)
-{
-    bmp_t b;
-    b.bits = bits, b.colours = colours;
-    return b;
-}
 
 std::uint64_t stride(bmp_t const& b) { return (b.bits * std::uint64_t(b.width) + 31) / 32 * 4; }
 unsigned char pixel(std::uint64_t i) { return static_cast<unsigned char>(i * 7 + 1); }
@@ -71,12 +65,7 @@ bool load1(image2d_t& image, std::string const& path) { return image_bmp_t().loa
 // A scratch directory whose files go away with the test.
 class Files : public ::testing::Test {
 protected:
-    void SetUp() override
-    {
-        char tmpl[] = "/tmp/zv_bmp_XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        m_dir = tmpl;
-    }
+    void SetUp() override { ASSERT_TRUE(std::filesystem::create_directory(m_dir)); }
     void TearDown() override { std::filesystem::remove_all(m_dir); }
     std::string write(char const* name, std::string const& data)
     {
@@ -84,9 +73,10 @@ protected:
         return m_dir + "/" + name;
     }
     std::string write(char const* name, bmp_t const& b) { return write(name, bytes(b)); }
-    std::string m_dir;
+    std::string const m_dir = "/tmp/zv_bmp_" + std::to_string(getpid());
 };
 
+struct AllReaders : Files {};
 struct MappedReader : Files {};
 struct StreamReader : Files {};
 struct BmpWriter : Files {};
@@ -95,83 +85,77 @@ struct BmpWriter : Files {};
 
 TEST_F(MappedReader, PixelsStayInTheFileAndFormatFollowsBitsAndPalette)
 {
-    bmp_t odd;
-    odd.width = 5;  // 15 bytes a row, padded to 16
-    image2d_t image;
-    image.window.skiprows = 9;  // left from an earlier picture
-    ASSERT_TRUE(load2(image, write("bmp-24-5x2.bmp", odd)));
-    EXPECT_TRUE(image.desc == (image_desc_t{IMAGE_FORMAT_BGR, IMAGE_TYPE_UINT, IMAGE_BITS_8}));
-    EXPECT_EQ(image.m_width, 5u);
-    EXPECT_EQ(image.m_height, 2u);
-    EXPECT_EQ(image.window.skiprows, 0u);
-    EXPECT_EQ(content(image), bytes(odd).substr(54));
-
-    ASSERT_TRUE(load2(image, write("bmp-8-nopal.bmp", of(8))));
-    EXPECT_EQ(image.desc.format, IMAGE_FORMAT_GRAYSCALE);
-    ASSERT_TRUE(load2(image, write("bmp-32.bmp", of(32))));
-    EXPECT_EQ(image.desc.format, IMAGE_FORMAT_BGRA);
-    ASSERT_TRUE(load2(image, write("bmp-24-pal.bmp", of(24, 2))));
-    EXPECT_EQ(image.palette.size, 0u);
-    // A palette means nothing to 32-bit pixels.
-    EXPECT_FALSE(load2(image, write("bmp-32-pal.bmp", of(32, 2))));
-    bmp_t xy;
-    xy.magic = "XY";
-    EXPECT_TRUE(load2(image, write("bmp-not-bm.bmp", xy)));
-    EXPECT_FALSE(image_bmp2_t().save(image, write("out.bmp", "").c_str()));
-}
-
-TEST_F(MappedReader, PaletteWidensToSixteenBitsAndReachesIntoThePixels)
-{
-    for (std::uint16_t bits : {1, 4, 8}) {
-        bmp_t const b = of(bits, 1u << bits);
+    struct kind_t { std::uint16_t bits; std::uint32_t colours; e_image_format_t format; };
+    kind_t const kinds[] = {{1, 2, IMAGE_FORMAT_INDEX},   {4, 16, IMAGE_FORMAT_INDEX},
+                            {8, 256, IMAGE_FORMAT_INDEX}, {8, 0, IMAGE_FORMAT_GRAYSCALE},
+                            {24, 0, IMAGE_FORMAT_BGR},    {32, 0, IMAGE_FORMAT_BGRA}};
+    for (kind_t const& k : kinds) {
+        SCOPED_TRACE(k.bits);
+        bmp_t b(k.bits, k.colours);
+        b.width = 5;  // rows padded at every depth
         image2d_t image;
-        ASSERT_TRUE(load2(image, write("bmp-pal.bmp", b))) << bits;
-        EXPECT_EQ(image.desc.format, IMAGE_FORMAT_INDEX);
-        EXPECT_EQ(image.desc.getPixelBits(), bits);
-        // The palette's bytes count as entries: the view runs on to the end
-        // of the file, whole entries only.
-        EXPECT_EQ(image.palette.size, (bytes(b).size() / 4 * 4 - 54) / 4) << bits;
+        image.window.skiprows = 9;  // left from an earlier picture
+        ASSERT_TRUE(load2(image, write("bmp.bmp", b)));
+        EXPECT_EQ(image.desc.format, k.format);
+        EXPECT_EQ(image.desc.getPixelBits(), k.bits);
+        EXPECT_EQ(image.m_width, 5u);
+        EXPECT_EQ(image.window.skiprows, 0u);
+        EXPECT_EQ(content(image), bytes(b).substr(54 + 4 * k.colours));
+        if (!k.colours) continue;
+        // The palette widens to 16 bits, and its bytes count as entries: the
+        // view runs on to the end of the file, whole entries only.
+        EXPECT_EQ(image.palette.size, (bytes(b).size() / 4 * 4 - 54) / 4);
         EXPECT_EQ(image.palette.red[1], 3 * 257);
         EXPECT_EQ(image.palette.blue[1], 1 * 257);
     }
-    bmp_t big = of(8, 256);  // 4096 pixel bytes: the reach stops at four times the palette
-    big.width = big.height = 64;
-    image2d_t image;
-    ASSERT_TRUE(load2(image, write("bmp-8-64x64.bmp", big)));
-    EXPECT_EQ(image.palette.size, 1024u);
+}
 
-    bmp_t v4 = of(8, 256);
+TEST_F(MappedReader, SeesAVersionFourHeaderAndNoPaletteForThirtyTwoBits)
+{
+    bmp_t v4(8, 256);
     v4.gap = "BGRs" + std::string(64, '\0');  // a 108-byte header in all
     v4.gap[10] = 9;                          // colour 2 if the tag went unseen
+    image2d_t image;
     ASSERT_TRUE(load2(image, write("bmp-8-v4.bmp", v4)));
     EXPECT_EQ(image.palette.red[2], 6 * 257);
+    EXPECT_FALSE(load2(image, write("bmp-32-pal.bmp", bmp_t(32, 2))));
+}
+
+// Headers that every reader must refuse before it allocates or reads rows.
+TEST_F(AllReaders, RefuseCompressionTopDownAndHeadersThatPointPastTheFile)
+{
+    bmp_t rle(8), topdown, offpast;
+    rle.compression = 1;
+    topdown.height = -2;  // reads as 4294967294 rows
+    offpast.offbits = 4096;
+    for (std::string const& path :
+         {write("bmp-8-rle.bmp", rle), write("bmp-24-topdown.bmp", topdown),
+          write("bmp-offbits-past-end.bmp", bytes(offpast).substr(0, 80)),
+          write("bmp-headers-cut.bmp", bytes(bmp_t()).substr(0, 50)), write("empty.bmp", ""),
+          m_dir + "/missing.bmp"}) {
+        image2d_t image;
+        EXPECT_FALSE(load1(image, path)) << path;
+        EXPECT_FALSE(load2(image, path)) << path;
+        EXPECT_FALSE(BmpLoad(image, path.c_str(), IMAGE_FORMAT_RGB)) << path;
+        EXPECT_TRUE(image.empty());
+    }
 }
 
 TEST_F(MappedReader, RefusesKindsItCantShowAndFilesThatDontHoldTheirRows)
 {
-    bmp_t rle = of(8), topdown, cut, wide, offpast;
-    rle.compression = 1;
-    topdown.height = -2;                   // reads as 4294967294 rows
+    bmp_t cut, wide;
     cut.data = 23;                         // the last row's padding is missing
     wide.width = 1 << 30, wide.data = 64;  // rows of 3 GB in a file of 118 bytes
     image2d_t image;
-    EXPECT_FALSE(load2(image, write("bmp-8-rle.bmp", rle)));
-    EXPECT_FALSE(load2(image, write("bmp-16.bmp", of(16))));
-    EXPECT_FALSE(load2(image, write("bmp-24-topdown.bmp", topdown)));
+    EXPECT_FALSE(load2(image, write("bmp-16.bmp", bmp_t(16))));
     EXPECT_FALSE(load2(image, write("bmp-24-cut-1.bmp", cut)));
     EXPECT_FALSE(load2(image, write("bmp-24-width-2e30.bmp", wide)));
-    offpast.offbits = 4096;
-    EXPECT_FALSE(load2(image, write("bmp-offbits-past-end.bmp", bytes(offpast).substr(0, 80))));
-    EXPECT_FALSE(load2(image, write("bmp-headers-cut.bmp", bytes(bmp_t()).substr(0, 40))));
-    EXPECT_FALSE(load2(image, write("empty.bmp", "")));
-    EXPECT_FALSE(load2(image, m_dir + "/missing.bmp"));
-    EXPECT_TRUE(image.empty());
 }
 
 TEST_F(StreamReader, SkipsThePaletteAndGivesGrayLevelsOrBgr)
 {
     for (std::uint16_t bits : {1, 4, 8, 24}) {
-        bmp_t b = of(bits, bits == 24 ? 0 : 1u << bits);
+        bmp_t b(bits, bits == 24 ? 0 : 1u << bits);
         b.width = 8;  // whole bytes a row at every depth
         std::string const file = bytes(b);
         image2d_t image;
@@ -180,7 +164,7 @@ TEST_F(StreamReader, SkipsThePaletteAndGivesGrayLevelsOrBgr)
         EXPECT_EQ(image.desc.getPixelBits(), bits);
         EXPECT_EQ(content(image), file.substr(file.size() - stride(b) * 2)) << bits;
     }
-    bmp_t odd = of(1);
+    bmp_t odd(1);
     odd.width = 33;  // 8 bytes a row in the file, 4 as read: sheared, but inside the buffer
     std::string const file = bytes(odd);
     image2d_t image;
@@ -191,32 +175,23 @@ TEST_F(StreamReader, SkipsThePaletteAndGivesGrayLevelsOrBgr)
 
 TEST_F(StreamReader, ShortFileLoadsButALyingOneIsRefused)
 {
-    bmp_t cut, tall, topdown, magic, rle, offpast;
+    bmp_t cut, tall, magic;
     cut.data = 14;
     image2d_t image;
     ASSERT_TRUE(load1(image, write("bmp-cut.bmp", cut)));
     EXPECT_EQ(content(image).substr(14), std::string(10, '\0'));
 
     tall.height = 1000, tall.data = 24;  // 12000 bytes claimed, 24 there
-    topdown.height = -2;                 // as many rows as above
     magic.magic = "MB";
-    rle.compression = 1;
     EXPECT_FALSE(load1(image, write("bmp-24-height-1000.bmp", tall)));
-    EXPECT_FALSE(load1(image, write("bmp-24-topdown.bmp", topdown)));
     EXPECT_FALSE(load1(image, write("bmp-magic-mb.bmp", magic)));
-    EXPECT_FALSE(load1(image, write("bmp-24-rle.bmp", rle)));
-    EXPECT_FALSE(load1(image, write("bmp-32.bmp", of(32))));
-    offpast.offbits = 4096;
-    EXPECT_FALSE(load1(image, write("bmp-offbits-past-end.bmp", bytes(offpast).substr(0, 80))));
-    EXPECT_FALSE(load1(image, write("bmp-headers-cut.bmp", bytes(bmp_t()).substr(0, 50))));
+    EXPECT_FALSE(load1(image, write("bmp-32.bmp", bmp_t(32))));
 }
 
 TEST_F(StreamReader, FreeReaderTurnsTwentyFourBitPixelsIntoTheGivenFormat)
 {
-    bmp_t rows4, odd, rle, magic;
+    bmp_t rows4, odd;
     odd.width = 5;  // padded steps over unpadded rows
-    rle.compression = 1;
-    magic.magic = "XY";
     image2d_t image;
     ASSERT_TRUE(BmpLoad(image, write("bmp-24-4x2.bmp", rows4).c_str(), IMAGE_FORMAT_RGB));
     EXPECT_TRUE(image.desc == (image_desc_t{IMAGE_FORMAT_RGB, IMAGE_TYPE_UINT, IMAGE_BITS_8}));
@@ -224,57 +199,47 @@ TEST_F(StreamReader, FreeReaderTurnsTwentyFourBitPixelsIntoTheGivenFormat)
     EXPECT_EQ(image.begin()[23], pixel(21));
     ASSERT_TRUE(BmpLoad(image, write("bmp-24-5x2.bmp", odd).c_str(), IMAGE_FORMAT_RGB));
     EXPECT_LE(image.datasize(), image.size());
-    EXPECT_FALSE(BmpLoad(image, write("bmp-rle.bmp", rle).c_str(), IMAGE_FORMAT_RGB));
-    EXPECT_FALSE(BmpLoad(image, write("bmp-xy.bmp", magic).c_str(), IMAGE_FORMAT_RGB));
 }
 
-TEST_F(BmpWriter, RoundTripsThroughBothReaders)
+TEST_F(BmpWriter, RoundTripsBgrAndGrayThroughBothReaders)
 {
-    image2d_t image;
-    image.desc = {IMAGE_FORMAT_BGR, IMAGE_TYPE_UINT, IMAGE_BITS_8};
-    image.m_width = 5;
-    image.m_height = 3;
-    ASSERT_TRUE(image.allocate());
-    for (unsigned long i = 0; i < image.size(); ++i) image.begin()[i] = pixel(i);
-    std::string const path = write("out.bmp", "");
-    ASSERT_TRUE(image_bmp_t().save(image, path.c_str()));
+    for (e_image_format_t const format : {IMAGE_FORMAT_BGR, IMAGE_FORMAT_GRAYSCALE}) {
+        image2d_t image;
+        image.desc = {format, IMAGE_TYPE_UINT, IMAGE_BITS_8};
+        image.m_width = 5;  // padded rows at both depths
+        image.m_height = 3;
+        ASSERT_TRUE(image.allocate());
+        for (unsigned long i = 0; i < image.size(); ++i) image.begin()[i] = pixel(i);
+        std::string const path = write("out.bmp", "");
+        ASSERT_TRUE(image_bmp_t().save(image, path.c_str()));
 
-    std::ifstream in(path, std::ios::binary);
-    std::string const file((std::istreambuf_iterator<char>(in)), {});
-    ASSERT_EQ(file.size(), 54u + 48u);
-    EXPECT_EQ(file[2], 54 + 48);  // bfSize
-    EXPECT_EQ(file[10], 54);      // bfOffBits
-    EXPECT_EQ(file[38], 72);      // biXPelsPerMeter
-    for (auto load : {load1, load2}) {
-        image2d_t back;
-        ASSERT_TRUE(load(back, path));
-        EXPECT_TRUE(back.desc == image.desc);
-        EXPECT_EQ(back.m_width, 5u);
-        EXPECT_EQ(content(back), content(image));
+        std::ifstream in(path, std::ios::binary);
+        std::string const file((std::istreambuf_iterator<char>(in)), {});
+        ASSERT_EQ(file.size(), 54u + image.size());
+        EXPECT_EQ(file[2], char(file.size()));  // bfSize
+        EXPECT_EQ(file[10], 54);                // bfOffBits: no palette
+        EXPECT_EQ(file[38], 72);                // biXPelsPerMeter
+        for (auto load : {load1, load2}) {
+            image2d_t back;
+            ASSERT_TRUE(load(back, path));
+            EXPECT_TRUE(back.desc == image.desc);
+            EXPECT_EQ(back.m_width, 5u);
+            EXPECT_EQ(content(back), content(image));
+        }
     }
 }
 
-TEST_F(BmpWriter, GrayReadsBackWithoutPaletteAndRgbIsRefusedWithALine)
+TEST_F(BmpWriter, RgbIsRefusedWithALine)
 {
     image2d_t image;
-    image.desc = {IMAGE_FORMAT_GRAYSCALE, IMAGE_TYPE_UINT, IMAGE_BITS_8};
+    image.desc = {IMAGE_FORMAT_RGB, IMAGE_TYPE_UINT, IMAGE_BITS_8};
     image.m_width = image.m_height = 4;
     ASSERT_TRUE(image.allocate());
-    std::string const path = write("gray.bmp", "");
-    ASSERT_TRUE(image_bmp_t().save(image, path.c_str()));
-    image2d_t back;
-    ASSERT_TRUE(load2(back, path));
-    EXPECT_EQ(back.desc.format, IMAGE_FORMAT_GRAYSCALE);
-
     std::stringstream err;
     std::streambuf* const old = std::cerr.rdbuf(err.rdbuf());
-    image.compressed = true;
-    bool const compressed = image_bmp_t().save(image, path.c_str());
-    image.compressed = false;
-    image.desc.format = IMAGE_FORMAT_RGB;
-    bool const rgb = image_bmp_t().save(image, path.c_str());
+    bool const saved = image_bmp_t().save(image, write("out.bmp", "").c_str());
     std::cerr.rdbuf(old);
-    EXPECT_FALSE(compressed || rgb);
+    EXPECT_FALSE(saved);
     EXPECT_EQ(err.str(), "convert(to bmp): not supported format.\n");
 }
 
@@ -295,7 +260,7 @@ void touch(image2d_t const& image)
 
 }  // namespace
 
-TEST(BmpCorpus, EveryFileLoadsOrIsRefusedWithoutReadingPastIt)
+TEST(BmpCorpus, GoodFilesLoadWithTheirSizeOthersAreRefusedAndNoneIsReadPast)
 {
     if (!std::filesystem::is_directory(kCorpus)) GTEST_SKIP() << kCorpus << " is absent";
     for (auto const& entry : std::filesystem::recursive_directory_iterator(kCorpus)) {
@@ -307,25 +272,14 @@ TEST(BmpCorpus, EveryFileLoadsOrIsRefusedWithoutReadingPastIt)
         if (load2(b, path)) touch(b);
         if (BmpLoad(c, path.c_str(), IMAGE_FORMAT_BGR)) touch(c);
     }
-}
-
-TEST(BmpCorpus, GoodFilesLoadWithTheirSizeAndOtherKindsAreRefused)
-{
-    if (!std::filesystem::is_directory(kCorpus)) GTEST_SKIP() << kCorpus << " is absent";
-    struct {
-        char const* path;
-        std::uint32_t width, height;
-        e_image_format_t format;
-    } const good[] = {
+    struct good_t { char const* path; std::uint32_t width, height; e_image_format_t format; };
+    good_t const good[] = {
         {"bmpsuite/g/pal1.bmp", 127, 64, IMAGE_FORMAT_INDEX},
-        {"bmpsuite/g/pal4gs.bmp", 127, 64, IMAGE_FORMAT_INDEX},
         {"bmpsuite/g/pal8nonsquare.bmp", 127, 32, IMAGE_FORMAT_INDEX},
-        {"bmpsuite/g/pal8v5.bmp", 127, 64, IMAGE_FORMAT_INDEX},
         {"bmpsuite/g/pal8w125.bmp", 125, 62, IMAGE_FORMAT_INDEX},
         {"bmpsuite/g/rgb24pal.bmp", 127, 64, IMAGE_FORMAT_BGR},
         {"bmpsuite/g/rgb32.bmp", 127, 64, IMAGE_FORMAT_BGRA},
         {"image-rs/V4_24_Bit.bmp", 435, 353, IMAGE_FORMAT_BGR},
-        {"libjpeg-turbo/vgl_6434_0018a.bmp", 119, 96, IMAGE_FORMAT_BGR},
     };
     for (auto const& g : good) {
         SCOPED_TRACE(g.path);

@@ -21,34 +21,7 @@ struct FakeDriver {
 
 FakeDriver g_driver;
 
-GLubyte const* as_gl(std::string const& s)
-{
-    return reinterpret_cast<GLubyte const*>(s.c_str());
-}
-
-GLubyte const* fake_get_string(GLenum name)
-{
-    if (name == GL_VERSION)
-        return as_gl(g_driver.version);
-    if (name == GL_EXTENSIONS) {
-        ++g_driver.string_reads;
-        return as_gl(g_driver.extensions);
-    }
-    return nullptr;
-}
-
-void fake_get_integerv(GLenum name, GLint* value)
-{
-    if (name == GL_NUM_EXTENSIONS)
-        *value = static_cast<GLint>(g_driver.indexed.size());
-}
-
-GLubyte const* fake_get_stringi(GLenum name, GLuint index)
-{
-    if (name != GL_EXTENSIONS || index >= g_driver.indexed.size())
-        return nullptr;
-    return as_gl(g_driver.indexed[index]);
-}
+GLubyte const* as_gl(std::string const& s) { return reinterpret_cast<GLubyte const*>(s.c_str()); }
 
 void free_version_list()
 {
@@ -74,33 +47,37 @@ protected:
     {
         free_version_list();
         g_driver = FakeDriver{};
-        glGetString = fake_get_string;
-        glGetIntegerv = fake_get_integerv;
-        glGetStringi = fake_get_stringi;
+        glGetString = [](GLenum name) -> GLubyte const* {
+            if (name == GL_VERSION) return as_gl(g_driver.version);
+            if (name != GL_EXTENSIONS) return nullptr;
+            ++g_driver.string_reads;
+            return as_gl(g_driver.extensions);
+        };
+        glGetIntegerv = [](GLenum name, GLint* value) {
+            if (name == GL_NUM_EXTENSIONS) *value = static_cast<GLint>(g_driver.indexed.size());
+        };
+        glGetStringi = [](GLenum name, GLuint i) -> GLubyte const* {
+            bool const there = name == GL_EXTENSIONS && i < g_driver.indexed.size();
+            return there ? as_gl(g_driver.indexed[i]) : nullptr;
+        };
     }
     void TearDown() override { free_version_list(); }
 };
 
-using NumDotStrCmp = LoaderTest;
 using CoreVersionList = LoaderTest;
 using ExtensionString = LoaderTest;
 using IndexedExtensions = LoaderTest;
 
-TEST_F(NumDotStrCmp, ComparesFieldsAsNumbers)
+TEST(NumDotStrCmp, ComparesFieldsAsNumbersAndEndingFirstIsLess)
 {
     EXPECT_EQ(numdotstrcmp("4.1.0", "4.1.0"), 0);
-    EXPECT_EQ(numdotstrcmp("4.1.1", "4.1.0"), 1);
     EXPECT_EQ(numdotstrcmp("3.3.0", "4.0.0"), -1);
     EXPECT_EQ(numdotstrcmp("2.10.0", "2.9.0"), 1);
     EXPECT_EQ(numdotstrcmp("10.0", "3.0.0"), 1);
-}
-
-TEST_F(NumDotStrCmp, TextTailIsZeroButEndingFirstIsLess)
-{
+    // Text behind a number reads as a field of 0.
     EXPECT_EQ(numdotstrcmp("2.1 Mesa 22.3.6", "2.1.0"), 1);
     EXPECT_EQ(numdotstrcmp("4.5 (Compatibility Profile) Mesa", "4.6.0"), -1);
     EXPECT_EQ(numdotstrcmp("2.1", "2.1.0"), -1);
-    EXPECT_EQ(numdotstrcmp("2.1.0", "2.1"), 1);
 }
 
 TEST_F(CoreVersionList, HoldsEveryVersionReachedNewestFirst)
@@ -108,12 +85,9 @@ TEST_F(CoreVersionList, HoldsEveryVersionReachedNewestFirst)
     extension_string_init("1.4 Mesa 22.3.6");
     EXPECT_EQ(version_list(),
               (std::vector<std::string>{"GL_VERSION_1_4", "GL_VERSION_1_3", "GL_VERSION_1_2"}));
-}
-
-TEST_F(CoreVersionList, BareVersionFallsShortOfItsOwnRow)
-{
+    free_version_list();
+    // "2.1" ends before "2.1.0", so falls short of its own row.
     extension_string_init("2.1");
-    ASSERT_FALSE(version_list().empty());
     EXPECT_EQ(version_list().front(), "GL_VERSION_2_0");
 }
 
@@ -122,74 +96,39 @@ TEST_F(CoreVersionList, IsBuiltByTheFirstQueryThatFindsAVersion)
     g_driver = {"1.1 Mesa", "GL_EXT_bgra"};
     EXPECT_EQ(isExtensionSupported("GL_VERSION_1_2"), 0);
     EXPECT_EQ(extension_linkedlist, nullptr);
-
     // A 1.1 list stays empty, so the next query tries again.
     g_driver.version = "1.3 Mesa";
     EXPECT_EQ(isExtensionSupported("GL_VERSION_1_3"), 1);
-
     // Once built, it is never rebuilt: it describes the first context.
     g_driver.version = "4.5 Mesa";
     EXPECT_EQ(isExtensionSupported("GL_VERSION_1_4"), 0);
-    EXPECT_EQ(isExtensionSupported("GL_VERSION_1_3"), 1);
 }
 
-TEST_F(ExtensionString, MatchesWholeEntriesOnly)
+TEST_F(ExtensionString, MatchesWholeEntriesOnlyFromFirstToLast)
 {
-    g_driver = {"2.1 Mesa", "GL_ARB_multitexture GL_EXT_texture3D GL_EXT_bgra"};
-    EXPECT_EQ(isExtensionSupported("GL_EXT_texture3D"), 1);
-    EXPECT_EQ(isExtensionSupported("GL_EXT_texture"), 0);  // prefix of an entry
-    EXPECT_EQ(isExtensionSupported("EXT_bgra"), 0);        // tail of an entry
-    EXPECT_EQ(isExtensionSupported("GL_ARB_multi"), 0);
-}
-
-TEST_F(ExtensionString, SearchGoesOnPastRejectedHit)
-{
-    g_driver = {"2.1 Mesa", "GL_EXT_texture3D GL_EXT_texture_object GL_EXT_texture"};
-    EXPECT_EQ(isExtensionSupported("GL_EXT_texture"), 1);
-}
-
-TEST_F(ExtensionString, FindsFirstAndLastEntries)
-{
-    g_driver = {"1.5 Mesa", "GL_EXT_abgr GL_EXT_bgra GL_SGIS_generate_mipmap"};
-    EXPECT_EQ(isExtensionSupported("GL_EXT_abgr"), 1);
-    EXPECT_EQ(isExtensionSupported("GL_SGIS_generate_mipmap"), 1);
-
-    g_driver = {"1.5 Mesa", "GL_EXT_abgr GL_SGIS_generate_mipmap "};
-    EXPECT_EQ(isExtensionSupported("GL_SGIS_generate_mipmap"), 1);
-}
-
-TEST_F(ExtensionString, RejectsEmptyAndBlankNamesUnread)
-{
-    g_driver = {"2.1 Mesa", "GL_EXT_bgra GL_EXT_abgr"};
+    g_driver = {"2.1 Mesa", "GL_EXT_texture3D GL_ARB_multitexture GL_EXT_texture_object "
+                            "GL_EXT_texture GL_EXT_abgr"};
+    // Empty and blank names are refused before the list is read.
     EXPECT_EQ(isExtensionSupported(""), 0);
-    EXPECT_EQ(isExtensionSupported("GL_EXT_bgra x"), 0);
-    EXPECT_EQ(isExtensionSupported("GL_EXT_bgra GL_EXT_abgr"), 0);
+    EXPECT_EQ(isExtensionSupported("GL_ARB_multitexture GL_EXT_texture_object"), 0);
     EXPECT_EQ(g_driver.string_reads, 0);
+    EXPECT_EQ(isExtensionSupported("GL_EXT_texture3D"), 1);
+    EXPECT_EQ(isExtensionSupported("GL_EXT_abgr"), 1);
+    // Found only past two entries it begins.
+    EXPECT_EQ(isExtensionSupported("GL_EXT_texture"), 1);
+    EXPECT_EQ(isExtensionSupported("GL_ARB_multi"), 0);   // prefix of an entry
+    EXPECT_EQ(isExtensionSupported("EXT_texture3D"), 0);  // tail of an entry
 }
 
-TEST_F(ExtensionString, VersionTenTakesTheStringRoute)
-{
-    g_driver = {"10.0 Future", "GL_EXT_bgra"};
-    EXPECT_EQ(isExtensionSupported("GL_EXT_bgra"), 1);
-    EXPECT_GT(g_driver.string_reads, 0);
-    EXPECT_EQ(isExtensionSupported("GL_VERSION_4_6"), 1);
-}
-
-TEST_F(IndexedExtensions, AskGlGetStringiFromVersionThreeOn)
+TEST_F(IndexedExtensions, AskGlGetStringiFromVersionThreeOnAndLeaveCoreVersionsToTheList)
 {
     g_driver = {"3.0 Mesa", "GL_EXT_only_in_string", {"GL_ARB_multitexture", "GL_EXT_texture3D"}};
     EXPECT_EQ(isExtensionSupported("GL_EXT_texture3D"), 1);
     EXPECT_EQ(isExtensionSupported("GL_EXT_texture"), 0);
     EXPECT_EQ(isExtensionSupported("GL_EXT_only_in_string"), 0);
     EXPECT_EQ(g_driver.string_reads, 0);
-}
-
-TEST_F(IndexedExtensions, LeaveCoreVersionsToTheList)
-{
-    g_driver = {"4.5 (Core Profile) Mesa", "", {"GL_EXT_bgra"}};
-    EXPECT_EQ(isExtensionSupported("GL_VERSION_4_5"), 1);
     EXPECT_EQ(isExtensionSupported("GL_VERSION_3_0"), 1);
-    EXPECT_EQ(isExtensionSupported("GL_VERSION_4_6"), 0);
+    EXPECT_EQ(isExtensionSupported("GL_VERSION_3_1"), 0);
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <clocale>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <string>
 
@@ -22,34 +22,25 @@ class Utf8 : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_saved = std::setlocale(LC_ALL, nullptr);
         if (!std::setlocale(LC_ALL, "C.UTF-8")) GTEST_SKIP() << "no C.UTF-8 locale";
     }
     void TearDown() override { std::setlocale(LC_ALL, m_saved.c_str()); }
-    std::string m_saved;
+    std::string const m_saved = std::setlocale(LC_ALL, nullptr);
 };
 
 struct BasenameBuffer : Utf8 {};
-struct MultibyteNames : Utf8 {};
 
 }  // namespace
 
-TEST(Basename, DropsDirectoryAndLastExtension)
+TEST(Basename, DropsDirectoryAndExtension)
 {
     EXPECT_EQ(lu::basename("/a/b/c.tar.gz"), "c.tar");
-    EXPECT_EQ(lu::basename("/a/b/c"), "c");
     EXPECT_EQ(lu::basename("a.d/b"), "b") << "a dot in a directory does not count";
     EXPECT_EQ(lu::basename(".hidden"), "");
     EXPECT_EQ(lu::basename("/a/b/"), "");
-}
-
-TEST(Basename, BothSeparatorsCountAndTheLaterWins)
-{
+    // Both separators count, and the later one wins.
     EXPECT_EQ(lu::basename("c:\\x/y.z"), "y");
     EXPECT_EQ(lu::basename("c:/x\\y.z"), "y");
-    EXPECT_EQ(lu::dirname("c:\\x/y.z"), "c:\\x/");
-    char const* path = "a/b\\c.d";
-    EXPECT_EQ(lu::baseptr(path), path + 4);
 }
 
 TEST(Dirname, KeepsClosingSeparator)
@@ -57,6 +48,7 @@ TEST(Dirname, KeepsClosingSeparator)
     EXPECT_EQ(lu::dirname("/a/b/c.jpg"), "/a/b/");
     EXPECT_EQ(lu::dirname("/a"), "/");
     EXPECT_EQ(lu::dirname("c.jpg"), "");
+    EXPECT_EQ(lu::dirname("c:/x\\y.z"), "c:/x\\");
 }
 
 TEST_F(BasenameBuffer, TerminatesOnlyWhenThereIsRoom)
@@ -71,7 +63,7 @@ TEST_F(BasenameBuffer, TerminatesOnlyWhenThereIsRoom)
     EXPECT_EQ(std::string(dst, 5), "/ab/#");
 }
 
-TEST_F(BasenameBuffer, ReadsSizeCharactersAndNeverCutsOne)
+TEST_F(BasenameBuffer, ReadsSizeCharactersNeverCutsOneAndTakesInvalidBytesAsThemselves)
 {
     char dst[8];
     // Only "/é/b" is read: the later separator is never seen.
@@ -80,17 +72,8 @@ TEST_F(BasenameBuffer, ReadsSizeCharactersAndNeverCutsOne)
     std::memset(dst, '#', sizeof dst);
     EXPECT_EQ(lu::basename(dst, "a\xc3\xa9\xc3\xa9.jpg", 4), 3u);
     EXPECT_EQ(std::string(dst, 4), std::string("a\xc3\xa9", 4));
-}
-
-TEST_F(MultibyteNames, InvalidBytesAreTakenAsThemselves)
-{
-    char const* path = "/d\xff/n\xfe\xc3.x";
-    EXPECT_EQ(lu::basename(path), "n\xfe\xc3");
-    EXPECT_EQ(lu::dirname(path), "/d\xff/");
-    char dst[1024];
-    EXPECT_EQ(lu::basename(dst, path, sizeof dst), 3u);
-    EXPECT_EQ(lu::dirname(dst, path, sizeof dst), 4u);
-    EXPECT_EQ(lu::deliminvert(path), path);
+    EXPECT_EQ(lu::basename(dst, "/d\xff/n\xfe\xc3.x", sizeof dst), 3u);
+    EXPECT_EQ(lu::dirname("/d\xff/n\xfe\xc3.x"), "/d\xff/");
 }
 
 TEST(Extcasecmp, ComparesTheEndingOnlyAndIgnoresCase)
@@ -101,7 +84,7 @@ TEST(Extcasecmp, ComparesTheEndingOnlyAndIgnoresCase)
     EXPECT_EQ(lu::extcasecmp("a.jpg.txt", 5, ".jpg"), 0) << "only `len` bytes count";
 }
 
-TEST(Splitpath, GivesFourPartsThatJoinBack)
+TEST(Splitpath, GivesFourPartsThatJoinBackAndCutsLongOnes)
 {
     lu::splitpath_t parts;
     lu::split(parts, "c:\\x/y.tar.z");
@@ -111,16 +94,6 @@ TEST(Splitpath, GivesFourPartsThatJoinBack)
     EXPECT_STREQ(parts.ext, ".z");
     char joined[4096];
     EXPECT_STREQ(lu::concat(joined, parts), "c:\\x/y.tar.z");
-}
-
-TEST(Splitpath, MissingPartsEmptyAndLongOnesCut)
-{
-    lu::splitpath_t parts;
-    std::strcpy(parts.ext, "old");
-    lu::split(parts, "file");
-    EXPECT_STREQ(parts.drive, "");
-    EXPECT_STREQ(parts.name, "file");
-    EXPECT_STREQ(parts.ext, "");
     lu::split(parts, ("/d/" + std::string(3000, 'n')).c_str());
     EXPECT_EQ(std::strlen(parts.name), 1023u);
 }
@@ -132,20 +105,16 @@ class Searchpath : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char tmpl[] = "/tmp/zv_search_XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        m_dir = tmpl;
+        ASSERT_TRUE(std::filesystem::create_directory(m_dir));
         std::ofstream(m_dir + "/zv_target.msg") << "x";
-        if (char const* path = std::getenv("PATH")) m_path = path;
     }
     void TearDown() override
     {
         setenv("PATH", m_path.c_str(), 1);
-        std::remove((m_dir + "/zv_target.msg").c_str());
-        rmdir(m_dir.c_str());
+        std::filesystem::remove_all(m_dir);
     }
-    std::string m_dir;
-    std::string m_path;
+    std::string const m_dir = "/tmp/zv_search_" + std::to_string(getpid());
+    std::string const m_path = std::getenv("PATH") ? std::getenv("PATH") : "";
 };
 
 }  // namespace
@@ -155,7 +124,7 @@ TEST_F(Searchpath, NameItselfThenPathThenProgramDirectoryElseName)
     std::string const full = m_dir + "/zv_target.msg";
     EXPECT_EQ(lu::searchpath(full, nullptr), full);
     setenv("PATH", ("/nonexistent::" + m_dir).c_str(), 1);
-    EXPECT_EQ(lu::searchpath("zv_target.msg", nullptr), m_dir + "/zv_target.msg");
+    EXPECT_EQ(lu::searchpath("zv_target.msg", nullptr), full);
     unsetenv("PATH");
     std::string const program = m_dir + "/zanoview";
     EXPECT_EQ(lu::searchpath("zv_target.msg", program.c_str()), m_dir + "//zv_target.msg");
