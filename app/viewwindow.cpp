@@ -156,22 +156,4 @@ void ViewWindow::reshape(int width, int height)
 
 void ViewWindow::display() { scene.Display(); }
 
-void ViewWindow::keyboard(unsigned char key, int, int)
-{
-    switch (key) {
-    case 27:   // Escape
-    case 'q':
-        manager().Exit();
-        break;
-    default:
-        break;
-    }
-}
-
-void ViewWindow::specialkey(int, int, int) {}
-void ViewWindow::mouse(int, int, int, int) {}
-void ViewWindow::motion(int, int) {}
-void ViewWindow::mousewheel(int, int, int, int) {}
-void ViewWindow::drop(int, char const**) {}
-
 }  // namespace zanoview2

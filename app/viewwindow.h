@@ -50,6 +50,52 @@ public:
     // Loads the first entry of the list that loads. False when none does.
     bool initial_load();
 
+    // ---- Paging (navigation.cpp). Counts are list entries.
+    // Forward moves that don't fit are refused; backward ones are clamped
+    // to the first entry. A picture that won't load is skipped.
+    bool next_image(unsigned long n);
+    bool back_image(unsigned long n);
+    bool first_image();
+    bool last_image();
+    // A change of picture with all it entails, drawn at once.
+    void forward(unsigned long n);
+    void backward(unsigned long n);
+    // The same for the ends of the list, drawn by a redisplay request.
+    void first();
+    void last();
+    // Rebuilds the GL objects of the picture on screen.
+    void reload();
+    void update_title();
+    // "path (index/count)" of the picture on screen, or "" without one.
+    std::string getCurrentTitleName() const;
+
+    // ---- Sizing policy (sizing.cpp): the window and the picture adapt to
+    // each other when a picture comes up. All sizes in framebuffer pixels.
+    bool residue(bool resize);
+    bool residue_resume(bool resize);
+    bool residue_new(bool resize);
+    libgr::direction2l_t residue_calc_window_size(libgr::direction2l_t const& target,
+                                                  libgr::direction2l_t const& current);
+    bool residue_set_window_size(libgr::direction2l_t const& target, libgr::direction2l_t const& current,
+                                 bool resize);
+    // Fits the picture into seven eighths (image_ratio_of_window) of the window.
+    void go_center();
+    // The picture's size as it stands on screen: turned a quarter, its
+    // width and height swap.
+    libgr::direction2l_t getCurrentImageSize() const;
+    void setScale(float s);
+    void setMatrix(libgr::matrix3w_t const& m);
+
+    // ---- Commands (commands.cpp); each does nothing without a picture, but
+    // writedefault.
+    void menu_edit_save_zvwfile();
+    void menu_edit_delete_zvwfile();
+    void menu_file_savejpeg();
+    void menu_edit_writedefault();
+
+    // ---- Input (input.cpp): one step of the picture for an arrow key.
+    void cursor_move(int key);
+
 private:
     // A button held down: where the cursor was last taken into account.
     struct drag_t {
@@ -61,6 +107,8 @@ private:
     GLFWwindow* window() const;
     // Records the framebuffer size and sets the scene's viewport for it.
     void set_shape();
+    // Draws the picture on screen at once, without waiting for the loop.
+    void draw_now();
 
     char prog[1024];  // the program's stem: "zanoview" for /usr/bin/zanoview
     char dir[1024];   // the program's directory with its closing "/", or ""
