@@ -8,26 +8,22 @@
 #include <GLFW/glfw3.h>
 
 #include "app/messages.h"
+#include "app/workarea.h"
 #include "geometry/text.h"
 #include "options/message.h"
 #include "options/option.h"
+#include "options/userdefault.h"
 #include "utils/path.h"
 #include "window/glfwymgr4.h"
 
 namespace zanoview2 {
 
+std::int32_t winwidth = 0;
+std::int32_t winheight = 0;
+std::int32_t winx = 0;
+std::int32_t winy = 0;
+
 namespace {
-
-// The window's size and place from before it was blown up to the work
-// area, so that it can be put back; a zero width or height keeps nothing.
-int32_t winwidth = 0;
-int32_t winheight = 0;
-int32_t winx = 0;
-int32_t winy = 0;
-
-// Bit 1 of the wintype option: the window covers the monitor's work area.
-// The value 1 (maximize) is deliberately without effect.
-constexpr uint32_t kWorkAreaBit = 2;
 
 wenk::glfwyMGR4& manager() { return wenk::glfwyMGR4::getSingleton(); }
 
@@ -42,11 +38,13 @@ ViewWindow::ViewWindow(int* argc, char** argv)
     libutils::dirname(dir, argv[0], sizeof dir);
     dir[sizeof dir - 1] = '\0';
 
-    // TODO: load the message catalogue here, before the options.
+    // The catalogue is an extra: without one the title says so, and the
+    // program goes on.
+    zanolib::init_message(dir, prog);
 
     // Built-in values, then the user's default file, then the command line.
     zanolib::option_init();
-    // TODO: read the user default file here.
+    zanolib::option_load_user_default(prog, dir);
     zanolib::option_enter_argument(argc, &argv);
 
     current = imagelist.end();
@@ -95,13 +93,15 @@ void ViewWindow::init()
     }
 
     if (initial_load()) {
-        // TODO: fit the window and the picture to each other, and title the
-        // window with the picture, here.
+        residue(true);
+        update_title();
         scene.make_graph(dir);
     }
     // GLFW sends no size event when the size doesn't change: the scene gets
-    // its viewport here all the same, before the first frame.
-    set_shape();
+    // its viewport here all the same, before the first frame. oldwinsize is
+    // left to the first size event, which only records it.
+    libgr::direction2l_t const size = get_window_size();
+    scene.Reshape(size.x, size.y);
 
     // Switched on only now, so that no repeat reaches the start.
     manager().KeyRepeat(true);

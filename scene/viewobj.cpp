@@ -6,7 +6,11 @@
 #include "glext/glext.h"
 
 #include "codecs/bmp2.h"
+#include "codecs/jpeg.h"
+#include "codecs/png.h"
+#include "codecs/tga.h"
 #include "gl/error.h"
+#include "gl/readpixels.h"
 #include "image/convert.h"
 #include "options/option.h"
 #include "utils/path.h"
@@ -21,7 +25,23 @@ constexpr unsigned long kMaxTile = 256;  // pixels
 
 }  // namespace
 
+libutils::ptr_t<libgr::image_object_t> ViewObject::m_jpeg1imgobj;
 libutils::ptr_t<libgr::image_object_t> ViewObject::m_bmpimgobj;
+libutils::ptr_t<libgr::image_object_t> ViewObject::m_pngimgobj;
+libutils::ptr_t<libgr::image_object_t> ViewObject::m_tgaimgobj;
+
+namespace {
+
+// The codec object in `slot`, made when there is none; one left over from
+// a failed load is used again.
+template <class Codec>
+libgr::image_object_t* codec_in(libutils::ptr_t<libgr::image_object_t>& slot)
+{
+    if (!slot) slot = new Codec;
+    return slot;
+}
+
+}  // namespace
 
 ViewObject::ViewObject()
     : m_texparameter{GL_LINEAR_MIPMAP_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE, GL_CLAMP_TO_EDGE, 1.0f}
@@ -33,19 +53,23 @@ bool ViewObject::setImage(char const* path, char const* /*datapath*/)
     m_path = path;
 
     // The extension alone decides; the file's contents play no part.
-    libutils::ptr_t<libgr::image_object_t>* codec = nullptr;
-    if (libutils::extcasecmp(m_path, ".bmp") == 0) {
-        codec = &m_bmpimgobj;
-        if (!*codec) *codec = new libgr::image_bmp2_t;
-    } else {
+    libgr::image_object_t* codec = nullptr;
+    if (libutils::extcasecmp(m_path, ".jpg") == 0 || libutils::extcasecmp(m_path, ".jpeg") == 0)
+        codec = codec_in<libgr::image_jpeg1_t>(m_jpeg1imgobj);
+    else if (libutils::extcasecmp(m_path, ".bmp") == 0)
+        codec = codec_in<libgr::image_bmp2_t>(m_bmpimgobj);
+    else if (libutils::extcasecmp(m_path, ".png") == 0)
+        codec = codec_in<libgr::image_png_t>(m_pngimgobj);
+    else if (libutils::extcasecmp(m_path, ".tga") == 0)
+        codec = codec_in<libgr::image_tga_t>(m_tgaimgobj);
+    else
         return false;
-    }
 
     // A previous load's unpack setting must not leak into this one.
     m_image.store = nullptr;
     // A codec that failed stays in its place for the next try.
-    if (!(*codec)->load(m_image, path)) return false;
-    m_rightrotatecount = (*codec)->rightrotatecount();
+    if (!codec->load(m_image, path)) return false;
+    m_rightrotatecount = codec->rightrotatecount();
 
     GLint max_texture_size = 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &max_texture_size);
@@ -72,8 +96,31 @@ bool ViewObject::setImage(char const* path, char const* /*datapath*/)
     if (g_option.debug) std::cerr << "ViewObject::setImage() end" << std::endl;
 
     // The codecs' working memory goes between loads.
+    m_jpeg1imgobj.free();
+    m_tgaimgobj.free();
     m_bmpimgobj.free();
+    m_pngimgobj.free();
     return true;
+}
+
+bool ViewObject::saveImage(char const* path)
+{
+    // The buffers' sizes cut a longer name.
+    char dir[1025] = {};
+    char stem[256] = {};
+    libutils::dirname(dir, path, sizeof dir - 1);
+    libutils::basename(stem, path, sizeof stem - 1);
+    std::string const output = std::string(dir) + stem + ".zvw.jpg";
+
+    libgr::image2d_t shown;
+    if (!libgr::grReadPixelsRGB(shown)) {
+        if (g_option.debug) std::cerr << output << ": read pixels fail." << std::endl;
+        return false;
+    }
+    libgr::image_jpeg1_t writer;
+    bool const saved = writer.save(shown, output.c_str());
+    if (!saved && g_option.debug) std::cerr << output << ": jpeg1 save fail." << std::endl;
+    return saved;
 }
 
 void ViewObject::load_texture()

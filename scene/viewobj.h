@@ -24,11 +24,17 @@ public:
     ViewObject(ViewObject const& other) = default;
     ~ViewObject() override = default;
 
-    // Decodes `path` with the codec its extension names (.bmp), then cuts
+    // Decodes `path` with the codec its extension names (.jpg or .jpeg,
+    // .bmp, .png, .tga, in any case), then cuts
     // the picture into tiles and describes their textures. No GL object is
     // made yet. False for an unknown extension or a file the codec refuses.
     // `datapath` is not used.
     bool setImage(char const* path, char const* datapath);
+
+    // Writes what the window shows now, frame and view included, as the
+    // JPEG <directory>/<stem>.zvw.jpg of `path`: "a/b.png" gives
+    // "a/b.zvw.jpg". The picture file itself is never written.
+    bool saveImage(char const* path);
 
     // Makes the tile textures; needs a current context.
     void load_texture();
@@ -60,7 +66,10 @@ private:
     bool m_magsmooth = true;
 
     // The codec of each kind, alive for one load only.
+    static libutils::ptr_t<libgr::image_object_t> m_jpeg1imgobj;
     static libutils::ptr_t<libgr::image_object_t> m_bmpimgobj;
+    static libutils::ptr_t<libgr::image_object_t> m_pngimgobj;
+    static libutils::ptr_t<libgr::image_object_t> m_tgaimgobj;
 };
 
 }  // namespace zanolib

@@ -25,6 +25,7 @@ using libgr::grPrintError;
 ViewScene::obj_t::obj_t(obj_t const& other)
     : viewobj(other.viewobj),
       objdspl(other.objdspl),
+      viewframe(other.viewframe),
       objcontainer(other.objcontainer),
       objtransformer(other.objtransformer),
       graph_made(other.graph_made)
@@ -36,12 +37,16 @@ ViewScene::obj_t::~obj_t() { free_graph(); }
 bool ViewScene::obj_t::load(char const* path, char const* datapath)
 {
     if (!viewobj.setImage(path, datapath)) return false;
+    viewframe.setFrameType(e_frametype_t(g_option.frametype));
+    viewframe.setSize(libgr::direction2(viewobj.getImageSize()), g_option.framewidth);
+    // The frame first, so that the picture lies over it.
+    objcontainer.addObject(&viewframe);
     objcontainer.addObject(&objdspl);
     objtransformer.setObject(&objcontainer);
     return true;
 }
 
-void ViewScene::obj_t::make_graph(char const* /*datapath*/)
+void ViewScene::obj_t::make_graph(char const* datapath)
 {
     if (graph_made) return;
     grPrintError("ViewScene::obj_t::make_graph() - before viewobj.load_texture().");
@@ -49,12 +54,15 @@ void ViewScene::obj_t::make_graph(char const* /*datapath*/)
     grPrintError("ViewScene::obj_t::make_graph() - after viewobj.load_texture().");
     objdspl.Preload(&viewobj);
     grPrintError("ViewScene::obj_t::make_graph() - after objdspl.Preload().");
+    viewframe.make_graph(datapath);
+    grPrintError("ViewScene::obj_t::make_graph() - after viewframe.make_graph().");
     graph_made = true;
 }
 
 void ViewScene::obj_t::free_graph()
 {
     if (!graph_made) return;
+    viewframe.free_graph();
     objdspl.Unload();
     viewobj.free_texture();
     graph_made = false;
@@ -62,7 +70,7 @@ void ViewScene::obj_t::free_graph()
 
 // ---- The scene -----------------------------------------------------------
 
-void ViewScene::Init(char const* /*datapath*/)
+void ViewScene::Init(char const* datapath)
 {
     if (g_option.debug) std::cout << "gl_init" << std::endl;
     // No depth test: the order of drawing decides what lies on top.
@@ -83,9 +91,11 @@ void ViewScene::Init(char const* /*datapath*/)
     libgr::grClearColor(libgr::gray18);
     glClearDepth(1.0);
     grPrintError("end ViewScene::Init()");
+    ViewFrame::init(datapath);
+    grPrintError("end ViewFrame::init()");
 }
 
-void ViewScene::Destroy() {}
+void ViewScene::Destroy() { ViewFrame::destroy(); }
 
 bool ViewScene::addImage(char const* path, char const* datapath)
 {

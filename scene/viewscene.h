@@ -15,6 +15,7 @@
 #include "gl/dsplist.h"
 #include "gl/nodes.h"
 
+#include "scene/viewframe.h"
 #include "scene/viewobj.h"
 
 namespace zanolib {
@@ -25,7 +26,8 @@ public:
     struct obj_t {
         ViewObject viewobj;
         libgr::grDspList objdspl;          // viewobj's drawing, compiled
-        libgr::grContainer objcontainer;   // objdspl
+        ViewFrame viewframe;               // the photo frame around the picture
+        libgr::grContainer objcontainer;   // viewframe, then objdspl over it
         libgr::grTransformer objtransformer;  // the view matrix, over objcontainer
         bool graph_made = false;           // the GL resources exist
 
@@ -42,8 +44,10 @@ public:
     ViewScene(ViewScene const&) = delete;
     ViewScene& operator=(ViewScene const&) = delete;
 
-    // Fixed GL state; needs a current context.
+    // Fixed GL state and the frame's shared pictures, whose data files are
+    // also looked for behind `datapath`; needs a current context.
     void Init(char const* datapath);
+    // Drops the frame's shared pictures.
     void Destroy();
 
     // Loads a picture to the end of the list; it becomes current when there
@@ -88,6 +92,8 @@ public:
     libgr::direction2l_t getCurrentImageSize() const;
     // Only with a current picture.
     unsigned long rightrotatecount() const;
+    // The current picture, or null without one.
+    ViewObject* getCurrentObject() { return has_current() ? &m_current->viewobj : nullptr; }
 
     // Clears and draws the current picture; the caller swaps buffers.
     void Display() const;

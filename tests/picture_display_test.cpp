@@ -24,7 +24,9 @@ int floor_half(int v) { return v >= 0 ? v / 2 : -((1 - v) / 2); }
 // pixels; a few of them are described on the way.
 int compare_shown(std::string const& path, int width, int height, zvtest::pixel_fn const& colour)
 {
-    ViewerProcess viewer({"-resizetype", "0", "-winsize", "800x600", path}, {"HOME=/nonexistent-zanoview-home"});
+    // No frame: the background must reach the picture's edge.
+    ViewerProcess viewer({"-resizetype", "0", "-frametype", "0", "-winsize", "800x600", path},
+                         {"HOME=/nonexistent-zanoview-home"});
     EXPECT_TRUE(viewer.wait_window());
     zvtest::screenshot_t const shot = viewer.settled_screenshot();
     EXPECT_EQ(shot.width, kWindowWidth);

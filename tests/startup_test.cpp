@@ -7,17 +7,16 @@
 #include <string>
 #include <unistd.h>
 
+#include "tests/support/picture_files.h"
 #include "tests/support/viewer_process.h"
 
 using zvtest::ViewerProcess;
 
 namespace {
 
-// Until a message file is found, both texts of the title say so.
-char const kEmptyTitle[] = "message not loaded. - message not loaded.";
-
-// A HOME of its own, so that no default file of the user's can change a run.
-std::vector<std::string> clean_env() { return {"HOME=/nonexistent-zanoview-home"}; }
+// A HOME of its own, so that no default file of the user's can change a
+// run, and the plain message file.
+std::vector<std::string> clean_env() { return {"HOME=/nonexistent-zanoview-home", "LANG=C"}; }
 
 // User plus system CPU time of a process, in clock ticks.
 long cpu_ticks(pid_t pid)
@@ -51,7 +50,8 @@ TEST(Help, PrintsTheListingAndExitsBeforeAnyWindow)
 
 TEST(Help, SwitchedOffFormGivesNoHelp)
 {
-    ViewerProcess viewer({"-h-"}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({"-h-", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     EXPECT_EQ(viewer.out(), "");
     viewer.key("q");
@@ -67,12 +67,14 @@ TEST(Start, WithoutADisplayFailsWithStatusOne)
 
 TEST(Window, OpensAtTheDefaultSizeWithTheEmptyTitle)
 {
-    ViewerProcess viewer({}, clean_env());
+    // A directory with no picture leaves the window empty.
+    zvtest::TempDir empty;
+    ViewerProcess viewer({empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     zvtest::geometry_t const g = viewer.geometry();
     EXPECT_EQ(g.width, 800);
     EXPECT_EQ(g.height, 600);
-    EXPECT_EQ(viewer.title(), kEmptyTitle);
+    EXPECT_EQ(viewer.title(), zvtest::catalogue_line(0) + " - " + zvtest::catalogue_line(1));
     viewer.key("q");
     EXPECT_EQ(viewer.wait_exit(), 0);
     EXPECT_EQ(viewer.out(), "");
@@ -81,7 +83,8 @@ TEST(Window, OpensAtTheDefaultSizeWithTheEmptyTitle)
 
 TEST(Window, TakesItsSizeFromTheWinsizeOption)
 {
-    ViewerProcess viewer({"-winsize", "1024x768"}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({"-winsize", "1024x768", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     EXPECT_EQ(viewer.geometry().width, 1024);
     EXPECT_EQ(viewer.geometry().height, 768);
@@ -90,7 +93,8 @@ TEST(Window, TakesItsSizeFromTheWinsizeOption)
 TEST(Window, WorkAreaTypeCoversTheScreenFromTheOrigin)
 {
     // Without a window manager the work area is the whole screen.
-    ViewerProcess viewer({"-wintype", "2"}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({"-wintype", "2", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     zvtest::geometry_t const g = viewer.geometry();
     EXPECT_EQ(g.x, 0);
@@ -101,7 +105,8 @@ TEST(Window, WorkAreaTypeCoversTheScreenFromTheOrigin)
 
 TEST(Window, MaximizeTypeIsAnOrdinaryWindow)
 {
-    ViewerProcess viewer({"-wintype", "1"}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({"-wintype", "1", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     EXPECT_EQ(viewer.geometry().width, 800);
     EXPECT_EQ(viewer.geometry().height, 600);
@@ -109,8 +114,10 @@ TEST(Window, MaximizeTypeIsAnOrdinaryWindow)
 
 TEST(Window, SleepsWhileNothingHappens)
 {
-    ViewerProcess viewer({}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
+    viewer.settled_screenshot();
     // A spinning loop would burn about a hundred ticks in that second.
     long const before = cpu_ticks(viewer.pid());
     sleep(1);
@@ -121,7 +128,8 @@ class Quit : public ::testing::TestWithParam<char const*> {};
 
 TEST_P(Quit, EndsWithStatusZero)
 {
-    ViewerProcess viewer({}, clean_env());
+    zvtest::TempDir empty;
+    ViewerProcess viewer({empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
     if (std::string(GetParam()) == "close") viewer.close();
     else viewer.key(GetParam());

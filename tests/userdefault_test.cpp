@@ -1,1 +1,177 @@
+#include "options/userdefault.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <optional>
+#include <random>
+#include <sstream>
+#include <string>
+
 #include <gtest/gtest.h>
+#include <stdlib.h>
+
+#include "options/option.h"
+
+namespace {
+
+using zanolib::g_option;
+
+// Each test starts from the built-in options in an empty directory of its
+// own, and leaves the options and HOME as it found them.
+class UserDefault : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char name[] = "/tmp/zv_userdefault_XXXXXX";
+        ASSERT_NE(mkdtemp(name), nullptr);
+        dir = name;
+    }
+    void TearDown() override
+    {
+        g_option = saved;
+        if (home) setenv("HOME", home->c_str(), 1);
+        else unsetenv("HOME");
+        std::filesystem::remove_all(dir);
+    }
+    std::string path(char const* name) const { return dir + "/" + name; }
+
+    zanolib::option_t const saved = g_option;
+    std::optional<std::string> const home =
+        std::getenv("HOME") ? std::optional<std::string>(std::getenv("HOME")) : std::nullopt;
+    std::string dir;
+};
+
+using SavedFile = UserDefault;
+using LoadedFile = UserDefault;
+using UserDefaultName = UserDefault;
+
+std::string read_file(std::string const& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void write_file(std::string const& path, std::string const& text)
+{
+    std::ofstream(path, std::ios::binary) << text;
+}
+
+// Sends what a stream receives to a string while it lives.
+struct Capture {
+    explicit Capture(std::ostream& stream) : stream(stream), old(stream.rdbuf(text.rdbuf())) {}
+    ~Capture() { stream.rdbuf(old); }
+    std::ostream& stream;
+    std::ostringstream text;
+    std::streambuf* old;
+};
+
+// The built-in options as saved: percents as the floats' bits, the colour as
+// four raw bytes.
+char const kBuiltIn[] =
+    "-h-\n-verbose-\n-debug-\n-wintype 0\n-winsize 800x600\n-resizetype 1\n"
+    "-image_ratio_of_image 1065353216\n-image_ratio_of_window 1063256064\n"
+    "-window_ratio_of_image 1067030938\n-resize_magnify+\n-resize_shrink-\n-sizelimit 1\n"
+    "-maxmargin 10x32\n-maxsize 1280x960\n-cursor_movement 1\n-magsmooth+\n-move_limit-\n"
+    "-doubleclick_interval 300\n-frametype 1\n-framewidth 32\n-framecolor \xff,\xff,\xff,\xff\n"
+    "-reproduce+\n-resetview+\n-menu+\n-single-\n";
+
+TEST_F(SavedFile, OneCommandLineLinePerRowInTableOrder)
+{
+    ASSERT_TRUE(zanolib::option_save(path("a").c_str()));
+    EXPECT_EQ(read_file(path("a")), kBuiltIn);
+    g_option.resizetype = 0xFFFFFFFFu;
+    zanolib::option_save(path("a").c_str());
+    EXPECT_NE(read_file(path("a")).find("\n-resizetype -1\n"), std::string::npos);
+}
+
+TEST_F(SavedFile, ReadsBackTheSameButTheColourAndTheCommandLineStillWins)
+{
+    g_option.verbose = true;
+    g_option.wintype = 2;
+    g_option.winsize = {1024, 768};
+    g_option.image_ratio_of_window = 0.3f;
+    g_option.resize_shrink = true;
+    g_option.doubleclick_interval = 450;
+    g_option.menu = false;
+    g_option.framecolor = {1, 2, 3, 4};
+    zanolib::option_save(path("first").c_str());
+    g_option = saved;
+    ASSERT_TRUE(zanolib::option_load(path("first").c_str()));
+    EXPECT_EQ(g_option.image_ratio_of_window, 0.3f);
+    zanolib::option_save(path("second").c_str());
+    std::string expected = read_file(path("first"));
+    expected.replace(expected.find("\x01,\x02,\x03,\x04"), 7, std::string("\0,\0,\0,\0", 7));
+    EXPECT_EQ(read_file(path("second")), expected);
+
+    char const* args[] = {"zv", "-winsize", "640x480"};
+    int argc = 3;
+    char** argv = const_cast<char**>(args);
+    zanolib::option_enter_argument(&argc, &argv);
+    EXPECT_EQ(g_option.winsize.x, 640);
+    EXPECT_EQ(g_option.wintype, 2u);
+}
+
+TEST_F(LoadedFile, TakesTheFirstOptionOfALineAndIgnoresTheRest)
+{
+    write_file(path("a"), "-winsize\n"      // no value: the next line is not one
+                          "640x480\n"
+                          " -menu-\n"       // blank-led
+                          "# -single\n"
+                          "-unknown 5\n"
+                          "-maxsize  900x700\n"  // the value is the empty token
+                          "-FRAMEWIDTH 7 -verbose\n"
+                          "-frametype 3\r\n" +
+                              std::string(100000, 'x') + "\n-resizetype 2");
+    ASSERT_TRUE(zanolib::option_load(path("a").c_str()));
+    EXPECT_EQ(g_option.winsize.x, 800);
+    EXPECT_TRUE(g_option.menu);
+    EXPECT_FALSE(g_option.single);
+    EXPECT_EQ(g_option.maxsize.x, 0);
+    EXPECT_EQ(g_option.maxsize.y, 960);
+    EXPECT_EQ(g_option.framewidth, 7u);
+    EXPECT_FALSE(g_option.verbose);
+    EXPECT_EQ(g_option.frametype, 3u);
+    EXPECT_EQ(g_option.resizetype, 2u);
+}
+
+TEST_F(LoadedFile, MissingDirectoryAndGarbageAreHarmless)
+{
+    std::mt19937 random(7);
+    std::string garbage(1 << 16, '\0');
+    for (char& c : garbage) c = char(random());
+    write_file(path("garbage"), garbage);
+    EXPECT_TRUE(zanolib::option_load(path("missing").c_str()));
+    EXPECT_TRUE(zanolib::option_load(dir.c_str()));
+    EXPECT_TRUE(zanolib::option_load(path("garbage").c_str()));
+    // A file that can't be created is a silent success.
+    EXPECT_TRUE(zanolib::option_save(path("no/such/dir").c_str()));
+}
+
+TEST_F(UserDefaultName, HomeWithOneSlashElseTheProgramDirectory)
+{
+    struct Case {
+        char const* home;  // null: unset
+        char const* expected;
+    };
+    for (Case const& c : {Case{"/home/u", "/home/u/.zv_name_test"}, Case{"/", "/.zv_name_test"},
+                          Case{"C:\\u\\", "C:\\u\\.zv_name_test"}, Case{"", ".zv_name_test"},
+                          Case{nullptr, "/usr/bin/.zv_name_test"}}) {
+        if (c.home) setenv("HOME", c.home, 1);
+        else unsetenv("HOME");
+        g_option.verbose = true;
+        Capture out(std::cout);
+        zanolib::option_load_user_default("zv_name_test", "/usr/bin/");
+        EXPECT_EQ(out.text.str(), std::string("load user default: ") + c.expected + "\n");
+    }
+    setenv("HOME", dir.c_str(), 1);
+    g_option.debug = true;
+    Capture out(std::cout);
+    zanolib::option_save_user_default("zvtest", "/usr/bin/");
+    EXPECT_EQ(out.text.str(), "prog: zvtest, dir: /usr/bin/\nsave user default: " + dir + "/.zvtest\n");
+    EXPECT_NE(read_file(path(".zvtest")).find("-debug+\n"), std::string::npos);
+}
+
+}  // namespace

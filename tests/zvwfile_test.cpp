@@ -1,1 +1,175 @@
+// The view state file: its name beside the picture, its exact text, and a
+// reader that takes hand-edited text and never hangs on a damaged file.
+#include "app/zvwfile.h"
+
 #include <gtest/gtest.h>
+
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include "geometry/matrix.h"
+#include "options/option.h"
+
+using namespace libgr;
+using zanoview2::make_zvwpath;
+using zanoview2::zvwfile_t;
+
+namespace {
+
+// A fresh directory holding one picture name, a.jpg, whose view state file
+// the tests write by hand or through zvwfile_t. The picture itself is never
+// created: the file beside it doesn't need it.
+class ZvwFile : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        char tmpl[] = "/tmp/zvwfile_test.XXXXXX";
+        ASSERT_NE(mkdtemp(tmpl), nullptr);
+        m_dir = tmpl;
+        m_picture = m_dir + "/a.jpg";
+        m_zvw = m_dir + "/a.zvw";
+    }
+    void TearDown() override
+    {
+        ::unlink(m_zvw.c_str());
+        ::rmdir(m_dir.c_str());
+    }
+    void write(std::string const& text) const { std::ofstream(m_zvw, std::ios::binary) << text; }
+    std::string read() const
+    {
+        std::ifstream in(m_zvw, std::ios::binary);
+        std::ostringstream text;
+        text << in.rdbuf();
+        return text.str();
+    }
+    // A record whose every value differs from the start values, so that a
+    // read that leaves one alone shows.
+    static zvwfile_t marked()
+    {
+        zvwfile_t state;
+        state.size = {7, 9};
+        for (int i = 0; i < 16; ++i) state.matrix.data()[i] = 100.0f + float(i);
+        return state;
+    }
+
+    std::string m_dir;
+    std::string m_picture;
+    std::string m_zvw;
+};
+
+void expect_matrix(matrix3w_t const& actual, matrix3w_t const& expected)
+{
+    for (int i = 0; i < 16; ++i) EXPECT_NEAR(actual.data()[i], expected.data()[i], 1e-6f) << "float " << i;
+}
+
+}  // namespace
+
+TEST(ZvwPath, SitsBesideThePictureUnderItsStem)
+{
+    struct {
+        char const* picture;
+        char const* zvw;
+    } const cases[] = {
+        {"/p/a.jpg", "/p/a.zvw"},
+        {"/p/a.png", "/p/a.zvw"},  // one file for every picture of that stem
+        {"a.jpg", "a.zvw"},
+        {"/p.d/b.x.jpg", "/p.d/b.x.zvw"},
+    };
+    for (auto const& c : cases) EXPECT_EQ(make_zvwpath(c.picture), c.zvw) << c.picture;
+}
+
+TEST_F(ZvwFile, WritesFiveLinesOfSizeAndMatrix)
+{
+    zvwfile_t state;
+    state.size = {800, 600};
+    ASSERT_TRUE(state.save(m_picture.c_str()));
+    EXPECT_EQ(read(),
+              "dir2l(800, 600)\n"
+              "mtx3w(\t1.000000, 0.000000, 0.000000, 0.000000,\n"
+              "\t0.000000, 1.000000, 0.000000, 0.000000,\n"
+              "\t0.000000, 0.000000, 1.000000, 0.000000,\n"
+              "\t0.000000, 0.000000, 0.000000, 1.000000)\n");
+}
+
+TEST_F(ZvwFile, ReadsBackWhatWasSavedUnderAnyPictureOfTheStem)
+{
+    zvwfile_t saved;
+    saved.size = {1024, 77};
+    saved.matrix = getScaleMatrix(0.175f, 0.175f, 0.175f) * getTranslateMatrix(position3(-12.5f, 40.0f, 0.0f));
+    saved.matrix.m[0].y = 0.333333f;
+    ASSERT_TRUE(saved.save(m_picture.c_str()));
+
+    zvwfile_t loaded;
+    ASSERT_TRUE(loaded.load((m_dir + "/a.png").c_str()));
+    EXPECT_EQ(loaded.size, saved.size);
+    expect_matrix(loaded.matrix, saved.matrix);
+}
+
+TEST_F(ZvwFile, TakesAnyTextAroundTheNumbers)
+{
+    write("size (640 , 480)\nview: [ (2;0;0;0;\n 0;2;0;0;\n 0;0;2;0;\n 5;6;0;1 ) trailing words");
+    zvwfile_t state = marked();
+    ASSERT_TRUE(state.load(m_picture.c_str()));
+    EXPECT_EQ(state.size, direction2l(640, 480));
+    expect_matrix(state.matrix, getScaleMatrix(2, 2, 2) * getTranslateMatrix(position3(5, 6, 0)));
+}
+
+// Whatever the file holds, load ends, says the file was there, and keeps
+// the values the text doesn't reach.
+TEST_F(ZvwFile, DamagedFilesEndTheReadAndKeepWhatTheyLack)
+{
+    zvwfile_t const start = marked();
+    struct {
+        char const* what;
+        std::string text;
+        direction2l_t size;
+        int matrix_floats_read;  // from the front; the rest keep their mark
+    } const cases[] = {
+        {"empty", "", start.size, 0},
+        {"no parenthesis", "dir2l 800 600 mtx3w 1 0 0 0", start.size, 0},
+        {"cut after the size", "dir2l(800, 600)\nmtx3w(", {800, 600}, 0},
+        {"cut inside the matrix", "dir2l(800, 600)\nmtx3w(\t3.000000, 4.0", {800, 600}, 2},
+        {"binary", std::string("\0\xff\x7f(\x01", 5), {0, start.size.y}, 0},
+    };
+    for (auto const& c : cases) {
+        SCOPED_TRACE(c.what);
+        write(c.text);
+        zvwfile_t state = start;
+        ASSERT_TRUE(state.load(m_picture.c_str()));
+        EXPECT_EQ(state.size, c.size);
+        for (int i = c.matrix_floats_read; i < 16; ++i)
+            EXPECT_EQ(state.matrix.data()[i], start.matrix.data()[i]) << "float " << i;
+    }
+}
+
+TEST_F(ZvwFile, MissingFileOrDirectoryFailsQuietly)
+{
+    zvwfile_t state = marked();
+    testing::internal::CaptureStdout();
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(state.load(m_picture.c_str()));
+    EXPECT_FALSE(state.del(m_picture.c_str()));
+    EXPECT_FALSE(state.save("/nonexistent-dir/a.jpg"));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(state.size, marked().size);
+}
+
+TEST_F(ZvwFile, VerboseAndDebugLinesGoToStandardOutput)
+{
+    zanolib::option_t const kept = zanolib::g_option;
+    zanolib::g_option.verbose = true;
+    zanolib::g_option.debug = true;
+    zvwfile_t state;
+    state.size = {320, 200};
+    testing::internal::CaptureStdout();
+    state.save(m_picture.c_str());
+    state.load(m_picture.c_str());
+    std::string const out = testing::internal::GetCapturedStdout();
+    zanolib::g_option = kept;
+    EXPECT_EQ(out, m_zvw + ": zvwfile saved.\n" + "dir2l(320, 200)\n" + m_zvw + ": zvwfile loaded.\n");
+}

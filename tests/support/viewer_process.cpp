@@ -65,6 +65,15 @@ void pause_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms
 
 std::string viewer_binary() { return std::string(ZV_BUILD_DIR) + "/zanoview"; }
 
+std::string catalogue_line(int n)
+{
+    std::ifstream in(viewer_binary() + ".msg");
+    std::string line;
+    for (int i = 0; i <= n; ++i)
+        if (!std::getline(in, line)) return "message not loaded.";
+    return line;
+}
+
 bool screenshot_t::save_ppm(std::string const& path) const
 {
     std::ofstream out(path, std::ios::binary);

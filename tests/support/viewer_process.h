@@ -15,6 +15,10 @@ namespace zvtest {
 // The path of build/zanoview.
 std::string viewer_binary();
 
+// Line `n` (from 0) of the message file beside the binary, the text the
+// viewer shows for that message id; "message not loaded." without it.
+std::string catalogue_line(int n);
+
 // Pixels read from the screen, row 0 at the top, 0x00RRGGBB each.
 struct screenshot_t {
     int width = 0;

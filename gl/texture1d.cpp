@@ -1,0 +1,157 @@
+#include "gl/texture1d.h"
+
+#include <algorithm>
+
+#include "glext/glu.h"
+
+#include "gl/format.h"
+#include "gl/pixelstore.h"
+#include "gl/texture2d.h"
+#include "gl/texture_upload.h"
+
+namespace libgr {
+
+using namespace texture_upload;
+
+namespace {
+
+GLsizei width_of(image1d_t const& img) { return GLsizei(img.m_width); }
+void const* pixels_of(image1d_t const& img) { return img.begin(); }
+
+// A 1-D row has no row length: the store and the skip along the row are all
+// GL needs to find it.
+void unpack(image1d_t const& img)
+{
+    grPixelStoreUnpack(img.store);
+    grPixelStoreUnpack(img.window);
+}
+
+void upload_compressed(image1d_t const& img, GLint level, GLenum internalformat, bool border)
+{
+    if (!is_GL_ARB_texture_compression_supported) {
+        log_compression_unsupported();
+        return;
+    }
+    glCompressedTexImage1DARB(GL_TEXTURE_1D, level, internalformat, width_of(img), GLint(border),
+                              GLsizei(img.size()), pixels_of(img));
+}
+
+// Storage of `width` texels at `level`, then the picture at its start.
+void upload_into(image1d_t const& img, GLint level, gl_loading_format_t const& lf, GLsizei width,
+                 bool border)
+{
+    glTexImage1D(GL_TEXTURE_1D, level, GLint(lf.internalformat), width, GLint(border), lf.format,
+                 lf.type, nullptr);
+    glTexSubImage1D(GL_TEXTURE_1D, level, 0 /*x*/, width_of(img), lf.format, lf.type,
+                    pixels_of(img));
+}
+
+void full_upload(image1d_t const& img, gl_loading_format_t const& lf, std::uint32_t size,
+                 bool border)
+{
+    if (img.compressed) {
+        upload_compressed(img, 0 /*level*/, lf.internalformat, border);
+        return;
+    }
+    if (size == 0) {
+        glTexImage1D(GL_TEXTURE_1D, 0 /*level*/, GLint(lf.internalformat), width_of(img),
+                     GLint(border), lf.format, lf.type, pixels_of(img));
+        return;
+    }
+    upload_into(img, 0 /*level*/, lf, GLsizei(real_max(size, border)), border);
+}
+
+}  // namespace
+
+void grTexture1D::setImage(image1d_t const& img, unsigned int size, unsigned long level)
+{
+    m_images.resize(level + 1);
+    m_images[level] = img;
+    m_size = size == 0 ? 0 : std::max(size, img.m_width);
+}
+
+void grTexture1D::setImages(std::vector<image1d_t> const& imgs, unsigned int size,
+                            unsigned long level)
+{
+    if (m_images.size() < imgs.size() + level) m_images.resize(imgs.size() + level);
+    std::uint32_t largest = size;
+    for (std::size_t i = 0; i < imgs.size(); ++i) {
+        m_images[level + i] = imgs[i];
+        largest = std::max(largest, imgs[i].m_width);
+    }
+    m_size = size == 0 ? 0 : largest;
+}
+
+GLenum grTexture1D::GetInternalFormat() const
+{
+    if (m_images.empty()) return GL_INVALID_VALUE;
+    gl_loading_format_t lf;
+    if (!grConvertImageFormatToGlFormatFULL(&lf, m_images[0].desc, m_images[0].compressed))
+        return GL_INVALID_VALUE;
+    return lf.internalformat;
+}
+
+void grTexture1D::Load() const
+{
+    if (m_images.empty()) return;
+    image1d_t const& base = m_images[0];
+    grPalette palette;
+    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
+
+    gl_loading_format_t lf;
+    if (!m_buildmipmap) {
+        for (std::size_t i = 0; i < m_images.size(); ++i) {
+            image1d_t const& img = m_images[i];
+            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, false /*compress*/)) continue;
+            unpack(img);
+            GLint const level = GLint(i);
+            if (img.compressed) {
+                upload_compressed(img, level, lf.internalformat, m_border);
+            } else if (m_size == 0) {
+                glTexImage1D(GL_TEXTURE_1D, level, GLint(lf.internalformat), width_of(img),
+                             i == 0 ? GLint(m_border) : 0, lf.format, lf.type, pixels_of(img));
+            } else {
+                // NOTE: not the picture's width; see the class comment.
+                GLsizei width = 0;
+                if (i == 0 && m_border) width += 2;
+                if (i == img.m_width) width += 2 * GLsizei(m_border);
+                upload_into(img, level, lf, width, m_border);
+            }
+        }
+    } else {
+        if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
+            unpack(base);
+            if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
+                glTexParameteri(GL_TEXTURE_1D, GL_GENERATE_MIPMAP_SGIS, GL_TRUE);
+                full_upload(base, lf, m_size, m_border);
+                glTexParameteri(GL_TEXTURE_1D, GL_GENERATE_MIPMAP_SGIS, GL_FALSE);
+            } else if (!base.compressed) {
+                gluBuild1DMipmaps(GL_TEXTURE_1D, GLint(lf.internalformat), width_of(base),
+                                  lf.format, lf.type, pixels_of(base));
+            } else {
+                // GLU can't scale compressed texels: level 0 alone.
+                upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
+            }
+        }
+        GLsizei const side = GLsizei(real_max(m_size, m_border));
+        for (std::size_t i = 1; i < m_images.size(); ++i) {
+            image1d_t const& img = m_images[i];
+            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, false /*compress*/)) continue;
+            unpack(img);
+            GLint const level = GLint(i);
+            if (img.compressed) {
+                upload_compressed(img, level, lf.internalformat, m_border);
+            } else if (m_size == 0) {
+                glTexImage1D(GL_TEXTURE_1D, level, GLint(lf.internalformat), width_of(img),
+                             0 /*border*/, lf.format, lf.type, pixels_of(img));
+            } else {
+                upload_into(img, level, lf, side, m_border);
+            }
+        }
+    }
+
+    grTexParameter(m_texparameter);
+    grTexParameter(GL_TEXTURE_1D, m_bordercolor);
+}
+
+}  // namespace libgr

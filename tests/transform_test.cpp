@@ -1,0 +1,381 @@
+// The lossless turn against libjpeg's own coefficients and pixels: pictures
+// encoded here are turned, read back block by block and decoded.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <jpeglib.h>
+
+#include "codecs/jpeg.h"
+#include "codecs/transform.h"
+#include "image/convert.h"
+
+using namespace libgr;
+using bytes_t = std::vector<unsigned char>;
+
+namespace {
+
+// Textured enough that every coefficient position carries something, with
+// no symmetry that would hide a misplaced block.
+unsigned char sample(int x, int y, int c)
+{
+    return static_cast<unsigned char>(x * 5 + y * 3 + c * 60 + (x * x + 3 * y * y + x * y) % 29);
+}
+
+// Gray, or RGB stored as YCbCr 4:2:0 (libjpeg's default); with a comment,
+// which the turn must drop, and any APP1 given, first as in a camera's file.
+bytes_t encode(int w, int h, int components, std::string const& app1 = "")
+{
+    jpeg_compress_struct c;
+    jpeg_error_mgr err;
+    c.err = jpeg_std_error(&err);
+    jpeg_create_compress(&c);
+    unsigned char* out = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&c, &out, &size);
+    c.image_width = w;
+    c.image_height = h;
+    c.input_components = components;
+    c.in_color_space = components == 1 ? JCS_GRAYSCALE : JCS_RGB;
+    jpeg_set_defaults(&c);
+    c.write_JFIF_header = app1.empty();
+    jpeg_start_compress(&c, TRUE);
+    if (!app1.empty())
+        jpeg_write_marker(&c, JPEG_APP0 + 1, reinterpret_cast<JOCTET const*>(app1.data()), app1.size());
+    jpeg_write_marker(&c, JPEG_COM, reinterpret_cast<JOCTET const*>("note"), 4);
+    bytes_t row(w * components);
+    while (c.next_scanline < c.image_height) {
+        for (int i = 0; i < w * components; ++i) row[i] = sample(i / components, c.next_scanline, i % components);
+        JSAMPROW p = row.data();
+        jpeg_write_scanlines(&c, &p, 1);
+    }
+    jpeg_finish_compress(&c);
+    bytes_t result(out, out + size);
+    std::free(out);
+    jpeg_destroy_compress(&c);
+    return result;
+}
+
+// One component's real blocks (no iMCU padding), row by row.
+struct plane_t {
+    unsigned int w, h;         // blocks
+    int hs, vs;                // sampling factors
+    std::vector<JCOEF> coef;   // 64 a block
+    JCOEF const* block(unsigned int x, unsigned int y) const { return &coef[(std::size_t(y) * w + x) * DCTSIZE2]; }
+};
+
+struct coefs_t {
+    unsigned int width, height;  // pixels
+    int max_h, max_v;
+    std::vector<plane_t> planes;
+    bool has_com;
+};
+
+coefs_t coefficients(bytes_t const& jpg)
+{
+    jpeg_decompress_struct d;
+    jpeg_error_mgr err;
+    d.err = jpeg_std_error(&err);
+    jpeg_create_decompress(&d);
+    jpeg_mem_src(&d, jpg.data(), jpg.size());
+    jpeg_save_markers(&d, JPEG_COM, 0xFFFF);
+    jpeg_read_header(&d, TRUE);
+    jvirt_barray_ptr* arrays = jpeg_read_coefficients(&d);
+    coefs_t r{d.image_width, d.image_height, d.max_h_samp_factor, d.max_v_samp_factor, {}, d.marker_list != nullptr};
+    for (int ci = 0; ci < d.num_components; ++ci) {
+        jpeg_component_info const& comp = d.comp_info[ci];
+        plane_t p{comp.width_in_blocks, comp.height_in_blocks, comp.h_samp_factor, comp.v_samp_factor, {}};
+        for (unsigned int y = 0; y < p.h; ++y) {
+            JBLOCKROW row = (*d.mem->access_virt_barray)(reinterpret_cast<j_common_ptr>(&d), arrays[ci], y, 1, FALSE)[0];
+            for (unsigned int x = 0; x < p.w; ++x) p.coef.insert(p.coef.end(), row[x], row[x] + DCTSIZE2);
+        }
+        r.planes.push_back(p);
+    }
+    jpeg_finish_decompress(&d);
+    jpeg_destroy_decompress(&d);
+    return r;
+}
+
+jpegdata_t data_of(bytes_t const& bytes)
+{
+    jpegdata_t data;
+    if (!bytes.empty() && data.resize(bytes.size(), 0)) std::memcpy(data.begin(), bytes.data(), bytes.size());
+    data.name = "in.jpg";
+    return data;
+}
+
+bytes_t turned(unsigned long count, bytes_t const& jpg)
+{
+    jpegdata_t out;
+    EXPECT_TRUE(transform(count, out, data_of(jpg)));
+    return bytes_t(out.begin(), out.end());
+}
+
+image2d_t decode(bytes_t const& jpg)
+{
+    jpegdata_t data = data_of(jpg);
+    image2d_t image;
+    EXPECT_TRUE(jpeginfo_t().decompress(image, data, 0, false, white3ub));
+    return image;
+}
+
+// Samples may differ by `slack`, no more.
+void expect_same_pixels(image2d_t const& a, image2d_t const& b, int slack)
+{
+    ASSERT_EQ(a.m_width, b.m_width);
+    ASSERT_EQ(a.m_height, b.m_height);
+    std::size_t const bytes = a.m_width * (a.desc.getPixelBits() / 8);
+    for (unsigned int y = 0; y < a.m_height; ++y) {
+        for (std::size_t i = 0; i < bytes; ++i) {
+            int const pa = a.begin()[a.rowsize() * y + i], pb = b.begin()[b.rowsize() * y + i];
+            ASSERT_LE(std::abs(pa - pb), slack) << "row " << y << " byte " << i;
+        }
+    }
+}
+
+struct picture_t {
+    char const* what;
+    int w, h, components;
+};
+
+// Whole iMCUs: 8 pixels for gray, 16 for 4:2:0.
+picture_t const s_whole[] = {{"gray 32x24", 32, 24, 1}, {"4:2:0 48x32", 48, 32, 3}};
+// Partial iMCUs on both edges, and partial blocks inside them.
+picture_t const s_partial[] = {{"gray 27x13", 27, 13, 1}, {"4:2:0 45x37", 45, 37, 3}};
+
+}  // namespace
+
+TEST(QuarterTurn, ThreeMoreGiveBackTheCoefficients)
+{
+    for (picture_t const& p : s_whole) {
+        SCOPED_TRACE(p.what);
+        bytes_t const jpg = encode(p.w, p.h, p.components);
+        coefs_t const original = coefficients(jpg);
+        for (unsigned long first = 1; first <= 3; ++first) {
+            coefs_t const back = coefficients(turned(4 - first, turned(first, jpg)));
+            ASSERT_EQ(original.planes.size(), back.planes.size());
+            for (std::size_t ci = 0; ci < back.planes.size(); ++ci)
+                EXPECT_EQ(original.planes[ci].coef, back.planes[ci].coef) << first << " then " << 4 - first;
+        }
+    }
+}
+
+TEST(QuarterTurn, DecodesAsTheTurnedPixels)
+{
+    for (picture_t const& p : s_whole) {
+        SCOPED_TRACE(p.what);
+        bytes_t const jpg = encode(p.w, p.h, p.components);
+        image2d_t const original = decode(jpg);
+        for (unsigned long count = 1; count <= 3; ++count) {
+            SCOPED_TRACE(count);
+            image2d_t expected;
+            ASSERT_TRUE(rotate(count, expected, original));
+            // libjpeg's integer IDCT rounds its row and column passes
+            // differently, and 4:2:0 upsampling biases alternate, so a turned
+            // block decodes within a step or three of the turned pixels; a
+            // misplaced block or a wrong sign is off by far more.
+            expect_same_pixels(expected, decode(turned(count, jpg)), p.components == 1 ? 1 : 3);
+        }
+    }
+}
+
+TEST(QuarterTurn, ZeroKeepsPixelsAndDropsMarkers)
+{
+    for (picture_t const& p : s_partial) {
+        SCOPED_TRACE(p.what);
+        bytes_t const jpg = encode(p.w, p.h, p.components);
+        ASSERT_TRUE(coefficients(jpg).has_com);
+        bytes_t const copy = turned(0, jpg);
+        EXPECT_FALSE(coefficients(copy).has_com);
+        expect_same_pixels(decode(jpg), decode(copy), 0);
+    }
+}
+
+// The partial iMCU at a mirrored edge can't move to the far side: it stays
+// where it is and is only transposed. Checked block by block against the
+// rules written out per turn.
+TEST(EdgeBlocks, StayInPlaceOnPartialIMcus)
+{
+    for (picture_t const& p : s_partial) {
+        SCOPED_TRACE(p.what);
+        bytes_t const jpg = encode(p.w, p.h, p.components);
+        coefs_t const src = coefficients(jpg);
+        for (unsigned long count = 1; count <= 3; ++count) {
+            SCOPED_TRACE(count);
+            coefs_t const dst = coefficients(turned(count, jpg));
+            bool const swap = count != 2;
+            ASSERT_EQ(swap ? src.height : src.width, dst.width);
+            ASSERT_EQ(swap ? src.width : src.height, dst.height);
+            for (std::size_t ci = 0; ci < dst.planes.size(); ++ci) {
+                plane_t const& s = src.planes[ci];
+                plane_t const& d = dst.planes[ci];
+                ASSERT_EQ(swap ? s.h : s.w, d.w);
+                ASSERT_EQ(swap ? s.w : s.h, d.h);
+                ASSERT_EQ(swap ? s.vs : s.hs, d.hs);
+                // Output width and height in blocks, down to whole iMCUs.
+                unsigned int const W = dst.width / (8 * dst.max_h) * d.hs;
+                unsigned int const H = dst.height / (8 * dst.max_v) * d.vs;
+                for (unsigned int y = 0; y < d.h; ++y) {
+                    for (unsigned int x = 0; x < d.w; ++x) {
+                        JCOEF const* got = d.block(x, y);
+                        for (int i = 0; i < 8; ++i) {
+                            for (int j = 0; j < 8; ++j) {
+                                // got(row j, column i)
+                                int want = 0;
+                                if (count == 1) {
+                                    want = x < W ? s.block(y, W - 1 - x)[i * 8 + j] * (i % 2 ? -1 : 1)
+                                                 : s.block(y, x)[i * 8 + j];
+                                } else if (count == 3) {
+                                    want = y < H ? s.block(H - 1 - y, x)[i * 8 + j] * (j % 2 ? -1 : 1)
+                                                 : s.block(y, x)[i * 8 + j];
+                                } else {
+                                    int const r = j, c = i;
+                                    bool const mx = x < W, my = y < H;
+                                    want = s.block(mx ? W - 1 - x : x, my ? H - 1 - y : y)[r * 8 + c];
+                                    if ((mx && c % 2) != (my && r % 2)) want = -want;
+                                }
+                                ASSERT_EQ(want, got[j * 8 + i])
+                                    << "plane " << ci << " block " << x << "," << y << " coef " << j << "," << i;
+                            }
+                        }
+                    }
+                }
+            }
+        }
+    }
+}
+
+TEST(TransformRefuses, CountOfFourOrMore)
+{
+    jpegdata_t out;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(transform(4, out, data_of(encode(16, 16, 1))));
+    EXPECT_EQ("4: jpeg transform rightrotate count over.\n", testing::internal::GetCapturedStderr());
+}
+
+// Run under the sanitizer build: every refusal must free both codec objects.
+TEST(TransformRefuses, DamagedOrForeignInput)
+{
+    bytes_t const jpg = encode(48, 32, 3);
+    bytes_t const cut_data(jpg.begin(), jpg.begin() + jpg.size() * 2 / 3);  // a warning, not an error
+    bytes_t const cut_header(jpg.begin(), jpg.begin() + 40);
+    bytes_t const text = {'n', 'o', 't', ' ', 'a', ' ', 'j', 'p', 'g'};
+    bytes_t bad_sof = jpg;
+    for (std::size_t i = 0; i + 1 < bad_sof.size(); ++i)
+        if (bad_sof[i] == 0xFF && bad_sof[i + 1] == 0xC0) bad_sof[i + 5] = bad_sof[i + 6] = 0;  // height 0
+    bytes_t const* const inputs[] = {&cut_data, &cut_header, &text, &bad_sof, &jpg};
+    for (bytes_t const* const& b : inputs) {
+        SCOPED_TRACE(&b - inputs);
+        jpegdata_t out;
+        testing::internal::CaptureStderr();
+        bool const ok = transform(1, out, data_of(*b));
+        testing::internal::GetCapturedStderr();
+        EXPECT_EQ(b == &jpg, ok);
+        EXPECT_EQ(b == &jpg, !out.empty());
+    }
+    jpegdata_t out;
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(transform(2, out, jpegdata_t()));
+    EXPECT_NE(std::string::npos, testing::internal::GetCapturedStderr().find("(unnamed): error detected.\n"));
+}
+
+TEST(PerfectTransform, CountsOnlyTheSidesAMirrorMoves)
+{
+    EXPECT_TRUE(jtransform_perfect_transform(17, 16, 16, 16, JXFORM_ROT_90));
+    EXPECT_FALSE(jtransform_perfect_transform(17, 16, 16, 16, JXFORM_ROT_270));
+    EXPECT_FALSE(jtransform_perfect_transform(16, 17, 16, 16, JXFORM_ROT_180));
+    EXPECT_TRUE(jtransform_perfect_transform(17, 17, 16, 16, JXFORM_TRANSPOSE));
+    EXPECT_TRUE(jtransform_perfect_transform(17, 17, 16, 16, JXFORM_DROP));
+}
+
+TEST(CropText, ReadsEachPartOptionally)
+{
+    jpeg_transform_info info{};
+    ASSERT_TRUE(jtransform_parse_crop_spec(&info, "64x48f+8-16"));
+    EXPECT_TRUE(info.crop);
+    EXPECT_EQ(64u, info.crop_width);
+    EXPECT_EQ(JCROP_POS, info.crop_width_set);
+    EXPECT_EQ(JCROP_FORCE, info.crop_height_set);
+    EXPECT_EQ(8u, info.crop_xoffset);
+    EXPECT_EQ(JCROP_NEG, info.crop_yoffset_set);
+    EXPECT_EQ(16u, info.crop_yoffset);
+
+    ASSERT_TRUE(jtransform_parse_crop_spec(&info, "x7r"));
+    EXPECT_EQ(JCROP_UNSET, info.crop_width_set);
+    EXPECT_EQ(JCROP_REFLECT, info.crop_height_set);
+    EXPECT_EQ(JCROP_UNSET, info.crop_xoffset_set);
+
+    for (char const* bad : {"", "x", "64x", "8+", "+1+2+3", "a", "99999999999"})
+        EXPECT_FALSE(jtransform_parse_crop_spec(&info, bad)) << bad;
+}
+
+// The family driven by hand, as a tool with options would: a crop of the
+// turned picture, every marker copied, Exif sizes made to match.
+TEST(TransformFamily, CropAndExifFollowTheOutput)
+{
+    // Little-endian TIFF: IFD0 points to the Exif IFD, which holds pixel
+    // width 45 (SHORT) and height 37 (LONG).
+    char const tiff[] = "II*\0\x08\0\0\0"
+                        "\x01\0" "\x69\x87\x04\0\x01\0\0\0\x1a\0\0\0" "\0\0\0\0"
+                        "\x02\0" "\x02\xa0\x03\0\x01\0\0\0\x2d\0\0\0" "\x03\xa0\x04\0\x01\0\0\0\x25\0\0\0"
+                        "\0\0\0\0";
+    std::string const exif = std::string("Exif\0\0", 6) + std::string(tiff, sizeof tiff - 1);
+    bytes_t const jpg = encode(45, 37, 3, exif);
+
+    jpeg_decompress_struct src;
+    jpeg_compress_struct dst;
+    jpeg_error_mgr src_err, dst_err;
+    src.err = jpeg_std_error(&src_err);
+    dst.err = jpeg_std_error(&dst_err);
+    jpeg_create_decompress(&src);
+    jpeg_create_compress(&dst);
+    jpeg_mem_src(&src, jpg.data(), jpg.size());
+    jcopy_markers_setup(&src, JCOPYOPT_ALL);
+    jpeg_read_header(&src, TRUE);
+    jpeg_transform_info info{};
+    info.transform = JXFORM_ROT_90;
+    ASSERT_TRUE(jtransform_parse_crop_spec(&info, "20x17+3+0"));
+    ASSERT_TRUE(jtransform_request_workspace(&src, &info));
+    EXPECT_EQ(0u, info.x_crop_offset);  // 3 is inside the first iMCU
+    jvirt_barray_ptr* coef = jpeg_read_coefficients(&src);
+    jpeg_copy_critical_parameters(&src, &dst);
+    jvirt_barray_ptr* out_coef = jtransform_adjust_parameters(&src, &dst, coef, &info);
+    unsigned char* out = nullptr;
+    unsigned long size = 0;
+    jpeg_mem_dest(&dst, &out, &size);
+    jpeg_write_coefficients(&dst, out_coef);
+    jcopy_markers_execute(&src, &dst, JCOPYOPT_ALL);
+    jtransform_execute_transform(&src, &dst, coef, &info);
+    jpeg_finish_compress(&dst);
+    jpeg_destroy_compress(&dst);
+    jpeg_finish_decompress(&src);
+    jpeg_destroy_decompress(&src);
+    bytes_t const result(out, out + size);
+    std::free(out);
+
+    coefs_t const got = coefficients(result);
+    EXPECT_EQ(23u, got.width);  // 20 grown left to the grid by 3
+    EXPECT_EQ(17u, got.height);
+    EXPECT_EQ(2, got.planes[0].hs);  // 2x2 luma, turned, is still 2x2
+    EXPECT_TRUE(got.has_com);
+    // The whole turned picture is 37 x 45.
+    std::string const text(result.begin(), result.end());
+    std::size_t const at = text.find("Exif");
+    ASSERT_NE(std::string::npos, at);
+    unsigned char const* entries = result.data() + at + 6 + 26 + 2;
+    EXPECT_EQ(4, entries[2]);  // the SHORT became a LONG
+    EXPECT_EQ(23, entries[8]);
+    EXPECT_EQ(17, entries[12 + 8]);
+
+    // The turned crop is the top left of the whole turned picture.
+    coefs_t const whole = coefficients(turned(1, jpg));
+    for (std::size_t ci = 0; ci < got.planes.size(); ++ci)
+        for (unsigned int y = 0; y < got.planes[ci].h; ++y)
+            for (unsigned int x = 0; x < got.planes[ci].w; ++x)
+                ASSERT_EQ(0, std::memcmp(whole.planes[ci].block(x, y), got.planes[ci].block(x, y),
+                                         sizeof(JBLOCK))) << ci << ": " << x << "," << y;
+}
