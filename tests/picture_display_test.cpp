@@ -6,6 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "codecs/png.h"
+#include "codecs/tga.h"
+#include "image/image.h"
 #include "tests/support/picture_files.h"
 #include "tests/support/viewer_process.h"
 
@@ -113,4 +116,44 @@ TEST(ShownAtScaleOne, PaletteInItsColours)
     auto const index = [](int x, int y) { return (x * 7 + y * 13) % 256; };
     ASSERT_TRUE(zvtest::write_bmp8(path, 123, 77, palette, index));
     EXPECT_EQ(compare_shown(path, 123, 77, [&](int x, int y) { return palette[index(x, y)]; }), 0);
+}
+
+namespace {
+
+// A picture of distinct colours as an image record, rows bottom-up, with
+// `components` 3 (RGB) or 4 (RGBA, opaque).
+libgr::image2d_t distinct_picture(int width, int height, int components)
+{
+    libgr::image2d_t image;
+    image.desc = {components == 4 ? libgr::IMAGE_FORMAT_RGBA : libgr::IMAGE_FORMAT_RGB, libgr::IMAGE_TYPE_UINT,
+                  libgr::IMAGE_BITS_8};
+    image.m_width = std::uint32_t(width);
+    image.m_height = std::uint32_t(height);
+    EXPECT_TRUE(image.allocate());
+    for (int y = 0; y < height; ++y)
+        for (int x = 0; x < width; ++x) {
+            std::uint32_t const c = zvtest::distinct_colour(x, y);
+            unsigned char* p = image.begin() + image.rowsize() * std::size_t(height - 1 - y) + components * x;
+            p[0] = (unsigned char)(c >> 16), p[1] = (unsigned char)(c >> 8), p[2] = (unsigned char)c;
+            if (components == 4) p[3] = 255;
+        }
+    return image;
+}
+
+}  // namespace
+
+TEST(ShownAtScaleOne, PngWithAlpha)
+{
+    zvtest::TempDir dir;
+    std::string const path = dir.file("picture.png");
+    ASSERT_TRUE(libgr::image_png_t().save(distinct_picture(203, 151, 4), path.c_str()));
+    EXPECT_EQ(compare_shown(path, 203, 151, zvtest::distinct_colour), 0);
+}
+
+TEST(ShownAtScaleOne, Tga)
+{
+    zvtest::TempDir dir;
+    std::string const path = dir.file("picture.tga");
+    ASSERT_TRUE(libgr::image_tga_t().save(distinct_picture(180, 120, 3), path.c_str()));
+    EXPECT_EQ(compare_shown(path, 180, 120, zvtest::distinct_colour), 0);
 }
