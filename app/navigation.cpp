@@ -3,6 +3,7 @@
 #include "app/viewwindow.h"
 
 #include <iostream>
+#include <iterator>
 #include <list>
 #include <string>
 
@@ -51,27 +52,15 @@ bool ViewWindow::next_image(unsigned long n)
     if (it == imagelist.end()) return false;
 
     scene.delImage();
-    bool loaded = false;
-    for (; it != imagelist.end(); ++it, ++index) {
-        if ((loaded = scene.addImage(it->c_str(), dir))) break;
-    }
+    bool loaded = try_entries(it, index, imagelist.end(), false);
     if (!loaded) {
         // Nothing behind loads: turn round and take the nearest one before,
         // which may well be the picture we came from.
         --it;
         --index;
-        for (; it != imagelist.begin(); --it, --index) {
-            if ((loaded = scene.addImage(it->c_str(), dir))) break;
-        }
+        loaded = try_entries(it, index, imagelist.begin(), true);
     }
-    if (loaded) {
-        current = it;
-        current_index = index;
-        report_displayed(*current);
-        return true;
-    }
-    put_back(scene, imagelist, current, dir);
-    return true;
+    return settle(loaded, it, index);
 }
 
 bool ViewWindow::back_image(unsigned long n)
@@ -83,27 +72,15 @@ bool ViewWindow::back_image(unsigned long n)
     for (unsigned long step = 0; step < n && it != imagelist.begin(); ++step, --index) --it;
 
     scene.delImage();
-    bool loaded = false;
-    for (; it != imagelist.begin(); --it, --index) {
-        if ((loaded = scene.addImage(it->c_str(), dir))) break;
-    }
+    bool loaded = try_entries(it, index, imagelist.begin(), true);
     if (!loaded) {
         // The first entry is only reached here, at the start of the search
         // back toward the end.
         it = imagelist.begin();
         index = 0;
-        for (; it != imagelist.end(); ++it, ++index) {
-            if ((loaded = scene.addImage(it->c_str(), dir))) break;
-        }
+        loaded = try_entries(it, index, imagelist.end(), false);
     }
-    if (loaded) {
-        current = it;
-        current_index = index;
-        report_displayed(*current);
-        return true;
-    }
-    put_back(scene, imagelist, current, dir);
-    return true;
+    return settle(loaded, it, index);
 }
 
 bool ViewWindow::first_image()
@@ -111,17 +88,10 @@ bool ViewWindow::first_image()
     if (imagelist.empty()) return false;
 
     scene.delImage();
+    auto it = imagelist.begin();
     unsigned long index = 0;
-    for (auto it = imagelist.begin(); it != imagelist.end(); ++it, ++index) {
-        if (scene.addImage(it->c_str(), dir)) {
-            current = it;
-            current_index = index;
-            report_displayed(*current);
-            return true;
-        }
-    }
-    put_back(scene, imagelist, current, dir);
-    return true;
+    bool const loaded = try_entries(it, index, imagelist.end(), false);
+    return settle(loaded, it, index);
 }
 
 bool ViewWindow::last_image()
@@ -129,17 +99,31 @@ bool ViewWindow::last_image()
     if (imagelist.empty()) return false;
 
     scene.delImage();
+    auto it = std::prev(imagelist.end());
     unsigned long index = image_count - 1;
-    for (auto it = imagelist.end(); it != imagelist.begin(); --index) {
-        --it;
-        if (scene.addImage(it->c_str(), dir)) {
-            current = it;
-            current_index = index;
-            report_displayed(*current);
-            return true;
-        }
+    // The search stops short of the first entry, which is tried last.
+    bool const loaded = try_entries(it, index, imagelist.begin(), true) ||
+                        scene.addImage(it->c_str(), dir);
+    return settle(loaded, it, index);
+}
+
+bool ViewWindow::try_entries(std::list<std::string>::iterator& it, unsigned long& index,
+                             std::list<std::string>::iterator stop, bool backward)
+{
+    for (; it != stop; backward ? (--it, --index) : (++it, ++index))
+        if (scene.addImage(it->c_str(), dir)) return true;
+    return false;
+}
+
+bool ViewWindow::settle(bool loaded, std::list<std::string>::iterator it, unsigned long index)
+{
+    if (!loaded) {
+        put_back(scene, imagelist, current, dir);
+        return true;
     }
-    put_back(scene, imagelist, current, dir);
+    current = it;
+    current_index = index;
+    report_displayed(*current);
     return true;
 }
 

@@ -109,6 +109,13 @@ private:
     void set_shape();
     // Draws the picture on screen at once, without waiting for the loop.
     void draw_now();
+    // Tries entries from `it` on, one way, up to but not including `stop`,
+    // until one loads; `it` and `index` then name it (or stand at `stop`).
+    bool try_entries(std::list<std::string>::iterator& it, unsigned long& index,
+                     std::list<std::string>::iterator stop, bool backward);
+    // Ends a paging step: the loaded entry becomes current, or, with none
+    // loaded, the picture that was there is put back. Always true.
+    bool settle(bool loaded, std::list<std::string>::iterator it, unsigned long index);
 
     char prog[1024];  // the program's stem: "zanoview" for /usr/bin/zanoview
     char dir[1024];   // the program's directory with its closing "/", or ""

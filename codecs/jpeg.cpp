@@ -12,11 +12,10 @@
 
 // jpeglib.h needs size_t and FILE declared before it.
 #include <jpeglib.h>
-#include <jerror.h>
 
-#include "options/option.h"
 #include "utils/diag.h"
 
+#include "codecs/jpeg_io.h"
 #include "codecs/jpeg_markers.h"
 #include "codecs/orientation.h"
 
@@ -47,132 +46,25 @@ constexpr int kNoRow = -1;
 // Every decoded image packs its rows the same way, so they share one store.
 image_store_t const s_image_store{false, 4};
 
-// ------------------------------------------------------------ error manager
-
-// libjpeg's error record, then the way back into the function that made the
-// codec object, then the bytes whose name leads the messages.
-struct error_mgr_t {
-    jpeg_error_mgr pub;  // first: libjpeg sees only this part
-    std::jmp_buf setjmp_buffer;
-    jpegdata_t const* data;
-};
-
-char const* name_of(jpegdata_t const* data)
+// Points a freshly created decompress object at `data` and reads up to the
+// first scan, keeping COM and APPn markers (APPn up to `app_limit` bytes).
+// May exit through the error manager: call it under the owner's setjmp.
+void read_header(j_decompress_ptr cinfo, jpegdata_t const& data, unsigned int app_limit)
 {
-    return data && data->name ? data->name : "(unnamed)";
-}
-
-// libjpeg's own text, for those who asked to see what the program does.
-void output_message(j_common_ptr cinfo)
-{
-    if (!zanolib::g_option.verbose) return;
-    char text[JMSG_LENGTH_MAX];
-    (*cinfo->err->format_message)(cinfo, text);
-    std::cerr << text << std::endl;
-}
-
-// libjpeg can't go on: report, then unwind into the function that owns the
-// codec object. Nothing with a destructor lives in the frames skipped.
-[[noreturn]] void error_exit(j_common_ptr cinfo)
-{
-    error_mgr_t* const err = reinterpret_cast<error_mgr_t*>(cinfo->err);
-    libutils::error();
-    std::cerr << name_of(err->data) << ": error detected." << std::endl;
-    (*cinfo->err->output_message)(cinfo);
-    std::longjmp(err->setjmp_buffer, 1);
-}
-
-void set_error_mgr(error_mgr_t& err, jpegdata_t const& data)
-{
-    jpeg_std_error(&err.pub);
-    err.pub.error_exit = error_exit;
-    err.pub.output_message = output_message;
-    err.data = &data;
-}
-
-// ----------------------------------------------------------- source manager
-
-struct source_mgr_t {
-    jpeg_source_mgr pub;  // first: libjpeg sees only this part
-    jpegdata_t* data;
-    bool delivered;  // the file's bytes have been handed over
-    bool ran_out;    // libjpeg wanted more than the file holds
-};
-
-// What libjpeg reads once the file is used up: it ends the scan in hand,
-// whose missing rest libjpeg fills in with zero coefficients.
-unsigned char const s_fake_eoi[2] = {jpeg::kMarkerPrefix, jpeg::kEOI};
-
-source_mgr_t* source_of(j_decompress_ptr cinfo)
-{
-    return reinterpret_cast<source_mgr_t*>(cinfo->src);
-}
-
-void src_init(j_decompress_ptr cinfo)
-{
-    source_mgr_t* const src = source_of(cinfo);
-    src->pub.next_input_byte = nullptr;
-    src->pub.bytes_in_buffer = 0;
-    src->delivered = false;
-    src->ran_out = false;
-}
-
-// The first call hands over the whole file; any later one means the data
-// has run out, which the row loop reads from `ran_out`.
-boolean src_fill_input_buff(j_decompress_ptr cinfo)
-{
-    source_mgr_t* const src = source_of(cinfo);
-    if (!src->delivered && !src->data->empty()) {
-        src->delivered = true;
-        src->pub.next_input_byte = src->data->begin();
-        src->pub.bytes_in_buffer = src->data->size();
-        return TRUE;
-    }
-    src->ran_out = true;
-    WARNMS(cinfo, JWRN_JPEG_EOF);
-    src->pub.next_input_byte = s_fake_eoi;
-    src->pub.bytes_in_buffer = sizeof s_fake_eoi;
-    return TRUE;
-}
-
-// A skip that runs past the end of the file stops there: the next read
-// then finds the data used up. Never a step outside the mapping.
-void src_skip_input_data(j_decompress_ptr cinfo, long count)
-{
-    if (count <= 0) return;
-    jpeg_source_mgr* const src = cinfo->src;
-    std::size_t const n = std::min(static_cast<std::size_t>(count), src->bytes_in_buffer);
-    src->next_input_byte += n;
-    src->bytes_in_buffer -= n;
-}
-
-void src_term(j_decompress_ptr /*cinfo*/)
-{
-}
-
-void attach_source(j_decompress_ptr cinfo, jpegdata_t& data)
-{
-    void* const p = (*cinfo->mem->alloc_small)(reinterpret_cast<j_common_ptr>(cinfo),
-                                               JPOOL_PERMANENT, sizeof(source_mgr_t));
-    source_mgr_t* const src = static_cast<source_mgr_t*>(p);
-    src->pub.init_source = src_init;
-    src->pub.fill_input_buffer = src_fill_input_buff;
-    src->pub.skip_input_data = src_skip_input_data;
-    src->pub.resync_to_restart = jpeg_resync_to_restart;
-    src->pub.term_source = src_term;
-    src->pub.next_input_byte = nullptr;
-    src->pub.bytes_in_buffer = 0;
-    src->data = &data;
-    src->delivered = false;
-    src->ran_out = false;
-    cinfo->src = &src->pub;
-}
-
-void save_markers(j_decompress_ptr cinfo, unsigned int app_limit)
-{
+    jpeg_io::attach_source(cinfo, data);
     jpeg_save_markers(cinfo, jpeg::kCOM, jpeg::kMarkerLengthLimit);
     for (unsigned int i = 0; i < jpeg::kAppCount; ++i)
         jpeg_save_markers(cinfo, jpeg::kAPP0 + i, app_limit);
+    jpeg_read_header(cinfo, TRUE);
+}
+
+// The line a decode that yields no picture ends with; the caller has
+// destroyed its decompress object already.
+bool report_stop(jpegdata_t const& data)
+{
+    libutils::error();
+    std::cerr << jpeg_io::name_of(&data) << ": jpeg decompress fail, stop." << std::endl;
+    return false;
 }
 
 // Copies libjpeg's saved markers; with `whole_only`, those cut short by the
@@ -271,62 +163,6 @@ bool allocate_pixels(image2d_t& image, unsigned short unit, bool border, color3u
     return true;
 }
 
-// ------------------------------------------------------ destination manager
-
-struct dest_mgr_t {
-    jpeg_destination_mgr pub;  // first: libjpeg sees only this part
-    jpegdata_t* data;
-};
-
-dest_mgr_t* dest_of(j_compress_ptr cinfo)
-{
-    return reinterpret_cast<dest_mgr_t*>(cinfo->dest);
-}
-
-void dest_init(j_compress_ptr cinfo)
-{
-    dest_mgr_t* const dest = dest_of(cinfo);
-    if (!dest->data->resize(jpeg::kOutputStep, 0)) ERREXIT1(cinfo, JERR_OUT_OF_MEMORY, 0);
-    dest->pub.next_output_byte = dest->data->begin();
-    dest->pub.free_in_buffer = dest->data->size();
-}
-
-// libjpeg calls this only with the buffer full, so all of it is output.
-boolean dest_empty_buff(j_compress_ptr cinfo)
-{
-    dest_mgr_t* const dest = dest_of(cinfo);
-    unsigned long const used = dest->data->size();
-    if (!dest->data->resize(used + jpeg::kOutputStep, 0)) ERREXIT1(cinfo, JERR_OUT_OF_MEMORY, 1);
-    dest->pub.next_output_byte = dest->data->begin() + used;
-    dest->pub.free_in_buffer = jpeg::kOutputStep;
-    return TRUE;
-}
-
-void dest_term(j_compress_ptr cinfo)
-{
-    dest_mgr_t* const dest = dest_of(cinfo);
-    unsigned long const size = dest->data->size();
-    unsigned long const used = size - std::min<unsigned long>(dest->pub.free_in_buffer, size);
-    if (used != size && !dest->data->resize(used, 0)) ERREXIT1(cinfo, JERR_OUT_OF_MEMORY, 2);
-    dest->pub.next_output_byte = nullptr;
-    dest->pub.free_in_buffer = 0;
-    cinfo->dest = nullptr;
-}
-
-void attach_destination(j_compress_ptr cinfo, jpegdata_t& data)
-{
-    void* const p = (*cinfo->mem->alloc_small)(reinterpret_cast<j_common_ptr>(cinfo),
-                                               JPOOL_PERMANENT, sizeof(dest_mgr_t));
-    dest_mgr_t* const dest = static_cast<dest_mgr_t*>(p);
-    dest->pub.init_destination = dest_init;
-    dest->pub.empty_output_buffer = dest_empty_buff;
-    dest->pub.term_destination = dest_term;
-    dest->pub.next_output_byte = nullptr;
-    dest->pub.free_in_buffer = 0;
-    dest->data = &data;
-    cinfo->dest = &dest->pub;
-}
-
 // The first byte of pixel (0, y), honouring the record's window.
 unsigned char const* pixel_row(image2d_t const& image, std::uint64_t y)
 {
@@ -343,7 +179,7 @@ bool read_rows(j_decompress_ptr cinfo, image2d_t& image)
     while (cinfo->output_scanline < cinfo->output_height) {
         std::uint64_t const target = cinfo->output_height - 1 - cinfo->output_scanline;
         JSAMPROW row = base + rowsize * target;
-        if (jpeg_read_scanlines(cinfo, &row, 1) == 0 || source_of(cinfo)->ran_out) return false;
+        if (jpeg_read_scanlines(cinfo, &row, 1) == 0 || jpeg_io::source_ran_out(cinfo)) return false;
     }
     return true;
 }
@@ -394,19 +230,16 @@ bool jpeginfo_t::decompress(image2d_t& image, jpegdata_t& data, unsigned short s
     markers.clear();
     jpeg_decompress_struct cinfo;
     std::memset(&cinfo, 0, sizeof cinfo);
-    error_mgr_t err;
-    set_error_mgr(err, data);
-    if (setjmp(err.setjmp_buffer)) {
+    std::jmp_buf back;
+    jpeg_io::error_mgr_t err;
+    jpeg_io::set_error_mgr(err, data, back);
+    if (setjmp(back)) {
         jpeg_destroy_decompress(&cinfo);
-        libutils::error();
-        std::cerr << name_of(&data) << ": jpeg decompress fail, stop." << std::endl;
-        return false;
+        return report_stop(data);
     }
     cinfo.err = &err.pub;
     jpeg_create_decompress(&cinfo);
-    attach_source(&cinfo, data);
-    save_markers(&cinfo, jpeg::kMarkerLengthLimit);
-    jpeg_read_header(&cinfo, TRUE);
+    read_header(&cinfo, data, jpeg::kMarkerLengthLimit);
 
     width = cinfo.image_width;
     height = cinfo.image_height;
@@ -435,23 +268,21 @@ bool jpeginfo_t::decompress(image2d_t& image, jpegdata_t& data, unsigned short s
     image.palette.clear();
     if (!allocate_pixels(image, square_unit, border, border_color)) {
         jpeg_destroy_decompress(&cinfo);
-        libutils::error();
-        std::cerr << name_of(&data) << ": jpeg decompress fail, stop." << std::endl;
-        return false;
+        return report_stop(data);
     }
     keep_markers(&cinfo, markers, true);
 
     // From here on what is decoded is worth showing, whatever comes after.
-    if (setjmp(err.setjmp_buffer)) {
+    if (setjmp(back)) {
         jpeg_destroy_decompress(&cinfo);
         libutils::error();
-        std::cerr << name_of(&data) << ": jpeg decompress fail, but continue." << std::endl;
+        std::cerr << jpeg_io::name_of(&data) << ": jpeg decompress fail, but continue." << std::endl;
         return true;
     }
     jpeg_start_decompress(&cinfo);
     if (!read_rows(&cinfo, image)) {
         libutils::error();
-        std::cerr << name_of(&data) << ": decompress fail." << std::endl;
+        std::cerr << jpeg_io::name_of(&data) << ": decompress fail." << std::endl;
     }
     // libjpeg refuses to finish with rows left unread; there is nothing
     // more to learn from the file then.
@@ -466,18 +297,19 @@ bool jpeginfo_t::compress(jpegdata_t& data, image2d_t const& image, int quality,
     jpeg_compress_struct cinfo;
     std::memset(&cinfo, 0, sizeof cinfo);
     data.clear();
-    error_mgr_t err;
-    set_error_mgr(err, data);
+    std::jmp_buf back;
+    jpeg_io::error_mgr_t err;
+    jpeg_io::set_error_mgr(err, data, back);
     // Unlike a damaged file, a picture that can't be written has nothing
     // worth keeping: the partial output is dropped.
-    if (setjmp(err.setjmp_buffer)) {
+    if (setjmp(back)) {
         jpeg_destroy_compress(&cinfo);
         data.clear();
         return false;
     }
     cinfo.err = &err.pub;
     jpeg_create_compress(&cinfo);
-    attach_destination(&cinfo, data);
+    jpeg_io::attach_destination(&cinfo, data);
     cinfo.image_width = image.m_width;
     cinfo.image_height = image.m_height;
 
@@ -518,19 +350,16 @@ bool jpeginfo_t::analyze_markers(jpegdata_t& data)
     markers.clear();
     jpeg_decompress_struct cinfo;
     std::memset(&cinfo, 0, sizeof cinfo);
-    error_mgr_t err;
-    set_error_mgr(err, data);
-    if (setjmp(err.setjmp_buffer)) {
+    std::jmp_buf back;
+    jpeg_io::error_mgr_t err;
+    jpeg_io::set_error_mgr(err, data, back);
+    if (setjmp(back)) {
         jpeg_destroy_decompress(&cinfo);
-        libutils::error();
-        std::cerr << name_of(&data) << ": jpeg decompress fail, stop." << std::endl;
-        return false;
+        return report_stop(data);
     }
     cinfo.err = &err.pub;
     jpeg_create_decompress(&cinfo);
-    attach_source(&cinfo, data);
-    save_markers(&cinfo, jpeg::kUnlimitedLength);
-    jpeg_read_header(&cinfo, TRUE);
+    read_header(&cinfo, data, jpeg::kUnlimitedLength);
     width = cinfo.image_width;
     height = cinfo.image_height;
     keep_markers(&cinfo, markers, false);

@@ -1,7 +1,5 @@
 #include "gl/texture1d.h"
 
-#include <algorithm>
-
 #include "glext/glu.h"
 
 #include "gl/format.h"
@@ -17,14 +15,6 @@ namespace {
 
 GLsizei width_of(image1d_t const& img) { return GLsizei(img.m_width); }
 void const* pixels_of(image1d_t const& img) { return img.begin(); }
-
-// A 1-D row has no row length: the store and the skip along the row are all
-// GL needs to find it.
-void unpack(image1d_t const& img)
-{
-    grPixelStoreUnpack(img.store);
-    grPixelStoreUnpack(img.window);
-}
 
 void upload_compressed(image1d_t const& img, GLint level, GLenum internalformat, bool border)
 {
@@ -65,30 +55,18 @@ void full_upload(image1d_t const& img, gl_loading_format_t const& lf, std::uint3
 
 void grTexture1D::setImage(image1d_t const& img, unsigned int size, unsigned long level)
 {
-    m_images.resize(level + 1);
-    m_images[level] = img;
-    m_size = size == 0 ? 0 : std::max(size, img.m_width);
+    m_size = store_level(m_images, img, size, level);
 }
 
 void grTexture1D::setImages(std::vector<image1d_t> const& imgs, unsigned int size,
                             unsigned long level)
 {
-    if (m_images.size() < imgs.size() + level) m_images.resize(imgs.size() + level);
-    std::uint32_t largest = size;
-    for (std::size_t i = 0; i < imgs.size(); ++i) {
-        m_images[level + i] = imgs[i];
-        largest = std::max(largest, imgs[i].m_width);
-    }
-    m_size = size == 0 ? 0 : largest;
+    m_size = store_levels(m_images, imgs, size, level);
 }
 
 GLenum grTexture1D::GetInternalFormat() const
 {
-    if (m_images.empty()) return GL_INVALID_VALUE;
-    gl_loading_format_t lf;
-    if (!grConvertImageFormatToGlFormatFULL(&lf, m_images[0].desc, m_images[0].compressed))
-        return GL_INVALID_VALUE;
-    return lf.internalformat;
+    return internal_format_of(m_images);
 }
 
 void grTexture1D::Load() const
@@ -122,9 +100,8 @@ void grTexture1D::Load() const
         if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
             unpack(base);
             if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                glTexParameteri(GL_TEXTURE_1D, GL_GENERATE_MIPMAP_SGIS, GL_TRUE);
+                sgis_generate_scope generate(GL_TEXTURE_1D);
                 full_upload(base, lf, m_size, m_border);
-                glTexParameteri(GL_TEXTURE_1D, GL_GENERATE_MIPMAP_SGIS, GL_FALSE);
             } else if (!base.compressed) {
                 gluBuild1DMipmaps(GL_TEXTURE_1D, GLint(lf.internalformat), width_of(base),
                                   lf.format, lf.type, pixels_of(base));

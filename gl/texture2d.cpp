@@ -1,6 +1,5 @@
 #include "gl/texture2d.h"
 
-#include <algorithm>
 #include <iostream>
 
 #include "glext/glu.h"
@@ -22,15 +21,6 @@ GLsizei height_of(image2d_t const& img) { return GLsizei(img.m_height); }
 void const* pixels_of(image2d_t const& img) { return img.begin(); }
 // A compressed picture is all the bytes the record sees.
 GLsizei byte_size_of(image2d_t const& img) { return GLsizei(img.size()); }
-
-// Tells GL where the record's pixels lie inside its bytes, so that a window
-// into a larger picture goes up without a copy. Nothing is restored: the
-// next level sets its own.
-void unpack(image2d_t const& img)
-{
-    grPixelStoreUnpack(img.store);
-    grPixelStoreUnpack(img.window);
-}
 
 void upload_compressed(image2d_t const& img, GLint level, GLenum internalformat, bool border)
 {
@@ -101,16 +91,6 @@ void full_upload(image2d_t const& img, gl_loading_format_t const& lf, std::uint3
     update_corner(img, lf, side, border);
 }
 
-// Sets GL_GENERATE_MIPMAP_SGIS on the bound 2-D texture for a scope, so
-// that the upload inside it makes the lower levels.
-class sgis_generate_scope {
-public:
-    sgis_generate_scope() { glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP_SGIS, GL_TRUE); }
-    ~sgis_generate_scope() { glTexParameteri(GL_TEXTURE_2D, GL_GENERATE_MIPMAP_SGIS, GL_FALSE); }
-    sgis_generate_scope(sgis_generate_scope const&) = delete;
-    sgis_generate_scope& operator=(sgis_generate_scope const&) = delete;
-};
-
 void build_mipmaps_with_glu(image2d_t const& img, gl_loading_format_t const& lf)
 {
     // GLU scales on the CPU to powers of two, so the square size and the
@@ -125,32 +105,18 @@ void build_mipmaps_with_glu(image2d_t const& img, gl_loading_format_t const& lf)
 
 void grTexture2D::setImage(image2d_t const& img, unsigned int size, unsigned long level)
 {
-    m_images.resize(level + 1);
-    m_images[level] = img;
-    m_size = size == 0 ? 0 : std::max({size, img.m_width, img.m_height});
+    m_size = store_level(m_images, img, size, level);
 }
 
 void grTexture2D::setImages(std::vector<image2d_t> const& imgs, unsigned int size,
                             unsigned long level)
 {
-    if (m_images.size() < imgs.size() + level) m_images.resize(imgs.size() + level);
-    std::uint32_t largest = size;
-    for (std::size_t i = 0; i < imgs.size(); ++i) {
-        m_images[level + i] = imgs[i];
-        largest = std::max({largest, imgs[i].m_width, imgs[i].m_height});
-    }
-    m_size = size == 0 ? 0 : largest;
+    m_size = store_levels(m_images, imgs, size, level);
 }
 
 GLenum grTexture2D::GetInternalFormat() const
 {
-    if (m_images.empty()) return GL_INVALID_VALUE;
-    // The picture's own compressed flag, not the compression setting: this
-    // answers what the stored bytes are.
-    gl_loading_format_t lf;
-    if (!grConvertImageFormatToGlFormatFULL(&lf, m_images[0].desc, m_images[0].compressed))
-        return GL_INVALID_VALUE;
-    return lf.internalformat;
+    return internal_format_of(m_images);
 }
 
 // ---- Upload
@@ -198,7 +164,7 @@ void grTexture2D::Load() const
                 full_upload(base, lf, m_size, m_border);
                 glGenerateMipmap(GL_TEXTURE_2D);
             } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate;
+                sgis_generate_scope generate(GL_TEXTURE_2D);
                 full_upload(base, lf, m_size, m_border);
             } else if (!base.compressed) {
                 build_mipmaps_with_glu(base, lf);
@@ -255,7 +221,7 @@ void grTexture2D::Reload() const
                     update_corner(base, lf, real_max(m_size, m_border), m_border);
                 glGenerateMipmap(GL_TEXTURE_2D);
             } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate;
+                sgis_generate_scope generate(GL_TEXTURE_2D);
                 if (base.compressed)
                     update_compressed(base, 0 /*level*/, lf.internalformat);
                 else

@@ -1,6 +1,5 @@
 #include "gl/texture3d.h"
 
-#include <algorithm>
 #include <iostream>
 
 #include "glext/glu.h"
@@ -22,12 +21,6 @@ GLsizei width_of(image3d_t const& img) { return GLsizei(img.m_width); }
 GLsizei height_of(image3d_t const& img) { return GLsizei(img.m_height); }
 GLsizei depth_of(image3d_t const& img) { return GLsizei(img.m_depth); }
 void const* pixels_of(image3d_t const& img) { return img.begin(); }
-
-void unpack(image3d_t const& img)
-{
-    grPixelStoreUnpack(img.store);
-    grPixelStoreUnpack(img.window);
-}
 
 void upload_compressed(image3d_t const& img, GLint level, GLenum internalformat, bool border)
 {
@@ -94,30 +87,18 @@ void full_upload(image3d_t const& img, gl_loading_format_t const& lf, std::uint3
 
 void grTexture3D::setImage(image3d_t const& img, unsigned int size, unsigned long level)
 {
-    m_images.resize(level + 1);
-    m_images[level] = img;
-    m_size = size == 0 ? 0 : std::max({size, img.m_width, img.m_height, img.m_depth});
+    m_size = store_level(m_images, img, size, level);
 }
 
 void grTexture3D::setImages(std::vector<image3d_t> const& imgs, unsigned int size,
                             unsigned long level)
 {
-    if (m_images.size() < imgs.size() + level) m_images.resize(imgs.size() + level);
-    std::uint32_t largest = size;
-    for (std::size_t i = 0; i < imgs.size(); ++i) {
-        m_images[level + i] = imgs[i];
-        largest = std::max({largest, imgs[i].m_width, imgs[i].m_height, imgs[i].m_depth});
-    }
-    m_size = size == 0 ? 0 : largest;
+    m_size = store_levels(m_images, imgs, size, level);
 }
 
 GLenum grTexture3D::GetInternalFormat() const
 {
-    if (m_images.empty()) return GL_INVALID_VALUE;
-    gl_loading_format_t lf;
-    if (!grConvertImageFormatToGlFormatFULL(&lf, m_images[0].desc, m_images[0].compressed))
-        return GL_INVALID_VALUE;
-    return lf.internalformat;
+    return internal_format_of(m_images);
 }
 
 void grTexture3D::Load() const
@@ -156,9 +137,8 @@ void grTexture3D::Load() const
             unpack(base);
             bool const sgis = is_GL_SGIS_generate_mipmap_supported;
             if (sgis && sgis_can_generate(lf.internalformat)) {
-                glTexParameteri(GL_TEXTURE_3D, GL_GENERATE_MIPMAP_SGIS, GL_TRUE);
+                sgis_generate_scope generate(GL_TEXTURE_3D);
                 full_upload(base, lf, m_size, m_border);
-                glTexParameteri(GL_TEXTURE_3D, GL_GENERATE_MIPMAP_SGIS, GL_FALSE);
             } else if (!base.compressed) {
                 gluBuild3DMipmaps(GL_TEXTURE_3D, GLint(lf.internalformat), width_of(base),
                                   height_of(base), depth_of(base), lf.format, lf.type,

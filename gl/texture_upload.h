@@ -1,13 +1,19 @@
-// Texture sizes, the mipmap route test and the upload messages that all the
-// texture image classes share. Private to gl/.
+// Texture sizes, the mipmap route test, the unpack and level bookkeeping and
+// the upload messages that all the texture image classes share. Private to gl/.
 #ifndef ZANOVIEW_GL_TEXTURE_UPLOAD_H
 #define ZANOVIEW_GL_TEXTURE_UPLOAD_H
 
+#include <algorithm>
 #include <cstdint>
 #include <iostream>
+#include <vector>
 
 #include "glext/glext.h"
+#include "image/image.h"
 #include "utils/diag.h"
+
+#include "gl/format.h"
+#include "gl/pixelstore.h"
 
 namespace libgr {
 namespace texture_upload {
@@ -48,6 +54,80 @@ inline bool sgis_can_generate(GLenum internalformat)
         return false;
     }
 }
+
+// The longest side of a picture, which the texture's size must cover.
+inline std::uint32_t longest_side(image1d_t const& img) { return img.m_width; }
+inline std::uint32_t longest_side(image2d_t const& img) { return std::max(img.m_width, img.m_height); }
+inline std::uint32_t longest_side(image3d_t const& img)
+{
+    return std::max({img.m_width, img.m_height, img.m_depth});
+}
+
+// Puts `img` at `level`, dropping any level above it, and returns the
+// texture size for it: 0 stays 0, any other `size` grows to the longest side.
+template <typename Image>
+std::uint32_t store_level(std::vector<Image>& images, Image const& img, std::uint32_t size,
+                          unsigned long level)
+{
+    images.resize(level + 1);
+    images[level] = img;
+    return size == 0 ? 0 : std::max(size, longest_side(img));
+}
+
+// Puts `imgs` at levels `level` on, growing `images` as needed, and returns
+// the texture size for them: 0 stays 0 (each level at its own size), any
+// other `size` grows to the longest side given.
+template <typename Image>
+std::uint32_t store_levels(std::vector<Image>& images, std::vector<Image> const& imgs,
+                           std::uint32_t size, unsigned long level)
+{
+    if (images.size() < imgs.size() + level) images.resize(imgs.size() + level);
+    std::uint32_t largest = size;
+    for (std::size_t i = 0; i < imgs.size(); ++i) {
+        images[level + i] = imgs[i];
+        largest = std::max(largest, longest_side(imgs[i]));
+    }
+    return size == 0 ? 0 : largest;
+}
+
+// The internal format of the first level's stored bytes, by the record's
+// own compressed flag rather than the compression setting;
+// GL_INVALID_VALUE with no level or no GL format for it.
+template <typename Image>
+GLenum internal_format_of(std::vector<Image> const& images)
+{
+    if (images.empty()) return GL_INVALID_VALUE;
+    gl_loading_format_t lf;
+    if (!grConvertImageFormatToGlFormatFULL(&lf, images[0].desc, images[0].compressed))
+        return GL_INVALID_VALUE;
+    return lf.internalformat;
+}
+
+// Tells GL where the record's pixels lie inside its bytes, so that a window
+// into a larger picture goes up without a copy. Nothing is restored: the
+// next level sets its own.
+template <typename Image>
+void unpack(Image const& img)
+{
+    grPixelStoreUnpack(img.store);
+    grPixelStoreUnpack(img.window);
+}
+
+// Sets GL_GENERATE_MIPMAP_SGIS on the bound texture of `target` for a
+// scope, so that the upload inside it makes the lower levels.
+class sgis_generate_scope {
+public:
+    explicit sgis_generate_scope(GLenum target) : m_target(target)
+    {
+        glTexParameteri(m_target, GL_GENERATE_MIPMAP_SGIS, GL_TRUE);
+    }
+    ~sgis_generate_scope() { glTexParameteri(m_target, GL_GENERATE_MIPMAP_SGIS, GL_FALSE); }
+    sgis_generate_scope(sgis_generate_scope const&) = delete;
+    sgis_generate_scope& operator=(sgis_generate_scope const&) = delete;
+
+private:
+    GLenum m_target;
+};
 
 inline void log_compression_unsupported()
 {

@@ -33,12 +33,6 @@ GLsizei width_of(image2d_t const& img) { return GLsizei(img.m_width); }
 GLsizei height_of(image2d_t const& img) { return GLsizei(img.m_height); }
 void const* pixels_of(image2d_t const& img) { return img.begin(); }
 
-void unpack(image2d_t const& img)
-{
-    grPixelStoreUnpack(img.store);
-    grPixelStoreUnpack(img.window);
-}
-
 void upload_compressed(image2d_t const& img, GLenum target, GLint level, GLenum internalformat)
 {
     if (!is_GL_ARB_texture_compression_supported) {
@@ -75,7 +69,7 @@ void grTextureCubeMap::setImage(image2d_t const (&faces)[6], unsigned int size, 
     std::uint32_t largest = size;
     for (int face = 0; face < kFaces; ++face) {
         m_images[kFaces * level + face] = faces[face];
-        largest = std::max({largest, faces[face].m_width, faces[face].m_height});
+        largest = std::max(largest, longest_side(faces[face]));
     }
     m_size = size == 0 ? 0 : largest;
 }
@@ -90,7 +84,7 @@ void grTextureCubeMap::setImages(std::vector<cubefaces_t> const& levels, unsigne
         for (int face = 0; face < kFaces; ++face) {
             image2d_t const& img = levels[i][face];
             m_images[kFaces * (level + i) + face] = img;
-            largest = std::max({largest, img.m_width, img.m_height});
+            largest = std::max(largest, longest_side(img));
         }
     }
     m_size = size == 0 ? 0 : largest;
@@ -98,11 +92,7 @@ void grTextureCubeMap::setImages(std::vector<cubefaces_t> const& levels, unsigne
 
 GLenum grTextureCubeMap::GetInternalFormat() const
 {
-    if (m_images.empty()) return GL_INVALID_VALUE;
-    gl_loading_format_t lf;
-    if (!grConvertImageFormatToGlFormatFULL(&lf, m_images[0].desc, m_images[0].compressed))
-        return GL_INVALID_VALUE;
-    return lf.internalformat;
+    return internal_format_of(m_images);
 }
 
 void grTextureCubeMap::Load() const
@@ -142,7 +132,8 @@ void grTextureCubeMap::Load() const
         if (!grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) return;
         // Level 0 of each face; further levels in the records are left out.
         std::size_t const faces = std::min<std::size_t>(kFaces, m_images.size());
-        if (is_GL_VERSION_3_0_supported) {
+        // For the routes where GL makes the lower levels from these.
+        auto upload_faces = [&] {
             for (std::size_t face = 0; face < faces; ++face) {
                 image2d_t const& img = m_images[face];
                 if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression))
@@ -150,19 +141,16 @@ void grTextureCubeMap::Load() const
                 unpack(img);
                 upload_face(img, face_target(face), lf, m_size);
             }
+        };
+        if (is_GL_VERSION_3_0_supported) {
+            upload_faces();
             grPrintError("before-generate_mipmap");
             glGenerateMipmap(GL_TEXTURE_CUBE_MAP);
             grPrintError("after-generate_mipmap");
         } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
             glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_GENERATE_MIPMAP_SGIS, GL_TRUE);
             grPrintError("after-texparameter_cubemap-sgis-true");
-            for (std::size_t face = 0; face < faces; ++face) {
-                image2d_t const& img = m_images[face];
-                if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression))
-                    continue;
-                unpack(img);
-                upload_face(img, face_target(face), lf, m_size);
-            }
+            upload_faces();
             grPrintError("before-texparameter_cubemap-sgis-false");
             glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_GENERATE_MIPMAP_SGIS, GL_FALSE);
             grPrintError("after-texparameter_cubemap-sgis-false");

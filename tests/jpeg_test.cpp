@@ -7,26 +7,25 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <string>
 #include <vector>
 
-#include <unistd.h>
-
 #include <jpeglib.h>
 
 #include "codecs/jpeg.h"
 #include "codecs/orientation.h"
+#include "tests/support/jpeg_encode.h"
+#include "tests/support/scratch.h"
 
 using namespace libgr;
 using bytes_t = std::vector<unsigned char>;
 
 namespace {
 
-using markers_t = std::vector<std::pair<int, std::string>>;  // code, payload
+using markers_t = zvtest::jpeg_markers_t;
 
 // Smooth up to 64x48; larger pictures wrap into sharp edges, which cost bytes.
 unsigned char sample(int x, int y, int c) { return static_cast<unsigned char>(x + y * 2 + c * 40); }
@@ -35,34 +34,7 @@ unsigned char sample(int x, int y, int c) { return static_cast<unsigned char>(x 
 bytes_t encode(int w, int h, int components = 3, markers_t const& markers = {}, bool progressive = false,
                bool arithmetic = false)
 {
-    jpeg_compress_struct c;
-    jpeg_error_mgr err;
-    c.err = jpeg_std_error(&err);
-    jpeg_create_compress(&c);
-    unsigned char* out = nullptr;
-    unsigned long size = 0;
-    jpeg_mem_dest(&c, &out, &size);
-    c.image_width = w;
-    c.image_height = h;
-    c.input_components = components;
-    c.in_color_space = components == 1 ? JCS_GRAYSCALE : components == 3 ? JCS_RGB : JCS_CMYK;
-    jpeg_set_defaults(&c);
-    if (progressive) jpeg_simple_progression(&c);
-    c.arith_code = arithmetic;
-    jpeg_start_compress(&c, TRUE);
-    for (auto const& m : markers)
-        jpeg_write_marker(&c, m.first, reinterpret_cast<JOCTET const*>(m.second.data()), m.second.size());
-    bytes_t row(w * components);
-    while (c.next_scanline < c.image_height) {
-        for (int i = 0; i < w * components; ++i) row[i] = sample(i / components, c.next_scanline, i % components);
-        JSAMPROW p = row.data();
-        jpeg_write_scanlines(&c, &p, 1);
-    }
-    jpeg_finish_compress(&c);
-    bytes_t result(out, out + size);
-    std::free(out);
-    jpeg_destroy_compress(&c);
-    return result;
+    return zvtest::jpeg_encode(sample, w, h, components, markers, progressive, arithmetic);
 }
 
 // libjpeg's own decode, rows top to bottom, no padding.
@@ -86,18 +58,12 @@ bytes_t reference(bytes_t const& jpg, int* stride)
     return px;
 }
 
-class JpegFiles : public testing::Test {
-protected:
-    void SetUp() override { std::filesystem::create_directories(m_dir); }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
+// The first `n` bytes of a file, at most, under `name` in the scratch directory.
+struct JpegFiles : zvtest::ScratchFiles {
     std::string write(std::string const& name, bytes_t const& bytes, std::size_t n = -1)
     {
-        std::string const path = m_dir + "/" + name;
-        std::ofstream(path, std::ios::binary).write(reinterpret_cast<char const*>(bytes.data()),
-                                                    std::min(n, bytes.size()));
-        return path;
+        return ScratchFiles::write(name, std::string(bytes.begin(), bytes.begin() + std::min(n, bytes.size())));
     }
-    std::string const m_dir = "/tmp/zv_jpeg_" + std::to_string(getpid());
 };
 
 // Row y of the record is row h - 1 - y of libjpeg's decode, exactly.

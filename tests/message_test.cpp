@@ -7,11 +7,12 @@
 #include <fstream>
 #include <iostream>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/scratch.h"
 #include <stdlib.h>
 
 namespace {
@@ -32,14 +33,7 @@ void setenv_or_unset(char const* name, std::optional<std::string> const& value)
     else unsetenv(name);
 }
 
-// Sends what a stream receives to a string while it lives.
-struct Capture {
-    explicit Capture(std::ostream& stream) : stream(stream), old(stream.rdbuf(text.rdbuf())) {}
-    ~Capture() { stream.rdbuf(old); }
-    std::ostream& stream;
-    std::ostringstream text;
-    std::streambuf* old;
-};
+using zvtest::Capture;
 
 // Each test works below a directory of its own; the working directory, LANG,
 // PATH and the locale are put back afterwards.
@@ -127,8 +121,8 @@ TEST_F(MessageSearch, NothingFoundSaysSoOnceAndForgetsTheOldFile)
     Capture out(std::cout);
     Capture err(std::cerr);
     EXPECT_EQ(zanolib::init_message(dir.c_str(), "zv_msg_test"), "");
-    EXPECT_EQ(err.text.str(), "/usr/site/share/zanolib/zv_msg_test.msg: can't load message file.\n");
-    EXPECT_EQ(out.text.str(), "");
+    EXPECT_EQ(err.text(), "/usr/site/share/zanolib/zv_msg_test.msg: can't load message file.\n");
+    EXPECT_EQ(out.text(), "");
     EXPECT_STREQ(zanolib::getmsg(0), kNotLoaded);
 }
 

@@ -3,11 +3,12 @@
 #include <cstring>
 #include <initializer_list>
 #include <iostream>
-#include <sstream>
 #include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/scratch.h"
 
 namespace {
 
@@ -53,14 +54,7 @@ int analyze(char const* name, char const* text)
     return zanolib::option_each_analyze(elements.data(), int(elements.size()));
 }
 
-// Sends what a stream receives to a string while it lives.
-struct Capture {
-    explicit Capture(std::ostream& stream) : stream(stream), old(stream.rdbuf(text.rdbuf())) {}
-    ~Capture() { stream.rdbuf(old); }
-    std::ostream& stream;
-    std::ostringstream text;
-    std::streambuf* old;
-};
+using zvtest::Capture;
 
 // The help is part of the command line's contract, byte for byte, with the
 // " percent  " rows two columns out of line.
@@ -202,7 +196,7 @@ TEST_F(FlagOptions, AfterDebugAreReportedInTableSpelling)
 {
     Capture err(std::cerr);
     parse({"-menu", "-DEBUG", "-Verbose+", "-resize_shrink-", "-winsize", "1x1", "-debug-", "-single"});
-    EXPECT_EQ(err.text.str(),
+    EXPECT_EQ(err.text(),
               "option debug is set.\n"
               "option verbose is '+'.\n"
               "option resize_shrink is '-'.\n");
@@ -212,7 +206,7 @@ TEST(HelpListing, ExactText)
 {
     Capture out(std::cout);
     zanolib::option_list("zanoview");
-    EXPECT_EQ(out.text.str(), kListing);
+    EXPECT_EQ(out.text(), kListing);
 }
 
 TEST(HelpDeathTest, ListsAfterAllOptionsAndExitsZero)

@@ -5,14 +5,11 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <string>
 
-#include <unistd.h>
-
 #include "codecs/tga.h"
+#include "tests/support/scratch.h"
 
 using namespace libgr;
 
@@ -36,11 +33,7 @@ std::string with(std::string s, std::size_t at, char value)
     return s;
 }
 
-std::string read_file(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string((std::istreambuf_iterator<char>(in)), {});
-}
+using zvtest::read_file;
 
 std::string content(image2d_t const& image) { return std::string(image.begin(), image.end()); }
 bool load(image2d_t& image, std::string const& p) { return image_tga_t().load(image, p.c_str()); }
@@ -58,18 +51,7 @@ image2d_t picture(e_image_format_t format, e_image_bits_t bits, std::uint32_t wi
     return image;
 }
 
-// A scratch directory whose files go away with the test.
-class Files : public ::testing::Test {
-protected:
-    void SetUp() override { ASSERT_TRUE(std::filesystem::create_directory(m_dir)); }
-    void TearDown() override { std::filesystem::remove_all(m_dir); }
-    std::string write(char const* name, std::string const& data)
-    {
-        std::ofstream(m_dir + "/" + name, std::ios::binary) << data;
-        return m_dir + "/" + name;
-    }
-    std::string const m_dir = "/tmp/zv_tga_" + std::to_string(getpid());
-};
+using Files = zvtest::ScratchFiles;
 
 struct TgaReader : Files {};
 struct TgaWriter : Files {};

@@ -4,13 +4,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <iterator>
 #include <optional>
 #include <random>
-#include <sstream>
 #include <string>
 
 #include <gtest/gtest.h>
+
+#include "tests/support/scratch.h"
 #include <stdlib.h>
 
 #include "options/option.h"
@@ -48,25 +48,14 @@ using SavedFile = UserDefault;
 using LoadedFile = UserDefault;
 using UserDefaultName = UserDefault;
 
-std::string read_file(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
+using zvtest::read_file;
 
 void write_file(std::string const& path, std::string const& text)
 {
     std::ofstream(path, std::ios::binary) << text;
 }
 
-// Sends what a stream receives to a string while it lives.
-struct Capture {
-    explicit Capture(std::ostream& stream) : stream(stream), old(stream.rdbuf(text.rdbuf())) {}
-    ~Capture() { stream.rdbuf(old); }
-    std::ostream& stream;
-    std::ostringstream text;
-    std::streambuf* old;
-};
+using zvtest::Capture;
 
 // The built-in options as saved: percents as the floats' bits, the colour as
 // four raw bytes.
@@ -89,12 +78,9 @@ TEST_F(SavedFile, OneCommandLineLinePerRowInTableOrder)
 
 TEST_F(SavedFile, ReadsBackTheSameButTheColourAndTheCommandLineStillWins)
 {
-    g_option.verbose = true;
     g_option.wintype = 2;
     g_option.winsize = {1024, 768};
     g_option.image_ratio_of_window = 0.3f;
-    g_option.resize_shrink = true;
-    g_option.doubleclick_interval = 450;
     g_option.menu = false;
     g_option.framecolor = {1, 2, 3, 4};
     zanolib::option_save(path("first").c_str());
@@ -164,13 +150,13 @@ TEST_F(UserDefaultName, HomeWithOneSlashElseTheProgramDirectory)
         g_option.verbose = true;
         Capture out(std::cout);
         zanolib::option_load_user_default("zv_name_test", "/usr/bin/");
-        EXPECT_EQ(out.text.str(), std::string("load user default: ") + c.expected + "\n");
+        EXPECT_EQ(out.text(), std::string("load user default: ") + c.expected + "\n");
     }
     setenv("HOME", dir.c_str(), 1);
     g_option.debug = true;
     Capture out(std::cout);
     zanolib::option_save_user_default("zvtest", "/usr/bin/");
-    EXPECT_EQ(out.text.str(), "prog: zvtest, dir: /usr/bin/\nsave user default: " + dir + "/.zvtest\n");
+    EXPECT_EQ(out.text(), "prog: zvtest, dir: /usr/bin/\nsave user default: " + dir + "/.zvtest\n");
     EXPECT_NE(read_file(path(".zvtest")).find("-debug+\n"), std::string::npos);
 }
 

@@ -109,15 +109,6 @@ TEST_F(ZvwFile, ReadsBackWhatWasSavedUnderAnyPictureOfTheStem)
     expect_matrix(loaded.matrix, saved.matrix);
 }
 
-TEST_F(ZvwFile, TakesAnyTextAroundTheNumbers)
-{
-    write("size (640 , 480)\nview: [ (2;0;0;0;\n 0;2;0;0;\n 0;0;2;0;\n 5;6;0;1 ) trailing words");
-    zvwfile_t state = marked();
-    ASSERT_TRUE(state.load(m_picture.c_str()));
-    EXPECT_EQ(state.size, direction2l(640, 480));
-    expect_matrix(state.matrix, getScaleMatrix(2, 2, 2) * getTranslateMatrix(position3(5, 6, 0)));
-}
-
 // Whatever the file holds, load ends, says the file was there, and keeps
 // the values the text doesn't reach.
 TEST_F(ZvwFile, DamagedFilesEndTheReadAndKeepWhatTheyLack)

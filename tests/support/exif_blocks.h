@@ -22,6 +22,7 @@
 #endif
 
 #include "metadata/exif.h"
+#include "tests/support/scratch.h"
 
 namespace zvtest {
 
@@ -115,17 +116,9 @@ struct parsed_t {
     bool ok = false;
 };
 
-// Collects what is written on std::cerr until destruction. Only the stream
-// is taken: a sanitizer's report still reaches the test's log.
-class cerr_capture {
-public:
-    cerr_capture() : m_old(std::cerr.rdbuf(m_text.rdbuf())) { }
-    ~cerr_capture() { std::cerr.rdbuf(m_old); }
-    std::string text() const { return m_text.str(); }
-
-private:
-    std::ostringstream m_text;
-    std::streambuf* m_old;
+// Collects what is written on std::cerr until destruction.
+struct cerr_capture : Capture {
+    cerr_capture() : Capture(std::cerr) {}
 };
 
 inline std::string testdata_dir() { return ZV_SOURCE_DIR "/../shared/testdata/"; }
