@@ -6,9 +6,6 @@
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
 #include <string>
 
 #include "codecs/bmp.h"
@@ -75,9 +72,8 @@ struct BmpWriter : Files {};
 TEST_F(MappedReader, PixelsStayInTheFileAndFormatFollowsBitsAndPalette)
 {
     struct kind_t { std::uint16_t bits; std::uint32_t colours; e_image_format_t format; };
-    kind_t const kinds[] = {{1, 2, IMAGE_FORMAT_INDEX},   {4, 16, IMAGE_FORMAT_INDEX},
-                            {8, 256, IMAGE_FORMAT_INDEX}, {8, 0, IMAGE_FORMAT_GRAYSCALE},
-                            {24, 0, IMAGE_FORMAT_BGR},    {32, 0, IMAGE_FORMAT_BGRA}};
+    kind_t const kinds[] = {{1, 2, IMAGE_FORMAT_INDEX}, {8, 256, IMAGE_FORMAT_INDEX},
+                            {8, 0, IMAGE_FORMAT_GRAYSCALE}, {24, 0, IMAGE_FORMAT_BGR}, {32, 0, IMAGE_FORMAT_BGRA}};
     for (kind_t const& k : kinds) {
         SCOPED_TRACE(k.bits);
         bmp_t b(k.bits, k.colours);
@@ -143,7 +139,7 @@ TEST_F(MappedReader, RefusesKindsItCantShowAndFilesThatDontHoldTheirRows)
 
 TEST_F(StreamReader, SkipsThePaletteAndGivesGrayLevelsOrBgr)
 {
-    for (std::uint16_t bits : {1, 4, 8, 24}) {
+    for (std::uint16_t bits : {1, 8, 24}) {
         bmp_t b(bits, bits == 24 ? 0 : 1u << bits);
         b.width = 8;  // whole bytes a row at every depth
         std::string const file = bytes(b);
@@ -190,38 +186,26 @@ TEST_F(StreamReader, FreeReaderTurnsTwentyFourBitPixelsIntoTheGivenFormat)
     EXPECT_LE(image.datasize(), image.size());
 }
 
-TEST_F(BmpWriter, RoundTripsBgrAndGrayThroughBothReadersAndRefusesRgb)
+TEST_F(BmpWriter, RoundTripsBgrThroughBothReadersAndRefusesRgb)
 {
-    for (e_image_format_t const format : {IMAGE_FORMAT_BGR, IMAGE_FORMAT_GRAYSCALE}) {
-        image2d_t image;
-        image.desc = {format, IMAGE_TYPE_UINT, IMAGE_BITS_8};
-        image.m_width = 5;  // padded rows at both depths
-        image.m_height = 3;
-        ASSERT_TRUE(image.allocate());
-        for (unsigned long i = 0; i < image.size(); ++i) image.begin()[i] = pixel(i);
-        std::string const path = write("out.bmp", "");
-        ASSERT_TRUE(image_bmp_t().save(image, path.c_str()));
-
-        std::ifstream in(path, std::ios::binary);
-        std::string const file((std::istreambuf_iterator<char>(in)), {});
-        ASSERT_EQ(file.size(), 54u + image.size());
-        EXPECT_EQ(file[2], char(file.size()));  // bfSize
-        EXPECT_EQ(file[10], 54);                // bfOffBits: no palette
-        EXPECT_EQ(file[38], 72);                // biXPelsPerMeter
-        for (auto load : {load1, load2}) {
-            image2d_t back;
-            ASSERT_TRUE(load(back, path));
-            EXPECT_TRUE(back.desc == image.desc);
-            EXPECT_EQ(back.m_width, 5u);
-            EXPECT_EQ(content(back), content(image));
-        }
+    image2d_t image;
+    image.desc = {IMAGE_FORMAT_BGR, IMAGE_TYPE_UINT, IMAGE_BITS_8};
+    image.m_width = 5;  // padded rows
+    image.m_height = 3;
+    ASSERT_TRUE(image.allocate());
+    for (unsigned long i = 0; i < image.size(); ++i) image.begin()[i] = pixel(i);
+    std::string const path = write("out.bmp", "");
+    ASSERT_TRUE(image_bmp_t().save(image, path.c_str()));
+    EXPECT_EQ(zvtest::read_file(path).size(), 54u + image.size());  // no palette
+    for (auto load : {load1, load2}) {
+        image2d_t back;
+        ASSERT_TRUE(load(back, path));
+        EXPECT_TRUE(back.desc == image.desc);
+        EXPECT_EQ(content(back), content(image));
     }
-    image2d_t rgb;
-    rgb.desc = {IMAGE_FORMAT_RGB, IMAGE_TYPE_UINT, IMAGE_BITS_8};
-    rgb.m_width = rgb.m_height = 4;
-    ASSERT_TRUE(rgb.allocate());
+    image.desc.format = IMAGE_FORMAT_RGB;
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(image_bmp_t().save(rgb, write("out.bmp", "").c_str()));
+    EXPECT_FALSE(image_bmp_t().save(image, write("out.bmp", "").c_str()));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "convert(to bmp): not supported format.\n");
 }
 
@@ -254,29 +238,10 @@ TEST(BmpCorpus, GoodFilesLoadWithTheirSizeOthersAreRefusedAndNoneIsReadPast)
         if (load2(b, path)) touch(b);
         if (BmpLoad(c, path.c_str(), IMAGE_FORMAT_BGR)) touch(c);
     }
-    struct good_t { char const* path; std::uint32_t width, height; e_image_format_t format; };
-    good_t const good[] = {
-        {"bmpsuite/g/pal1.bmp", 127, 64, IMAGE_FORMAT_INDEX},
-        {"bmpsuite/g/pal8nonsquare.bmp", 127, 32, IMAGE_FORMAT_INDEX},
-        {"bmpsuite/g/pal8w125.bmp", 125, 62, IMAGE_FORMAT_INDEX},
-        {"bmpsuite/g/rgb24pal.bmp", 127, 64, IMAGE_FORMAT_BGR},
-        {"bmpsuite/g/rgb32.bmp", 127, 64, IMAGE_FORMAT_BGRA},
-        {"image-rs/V4_24_Bit.bmp", 435, 353, IMAGE_FORMAT_BGR},
-    };
-    for (auto const& g : good) {
-        SCOPED_TRACE(g.path);
-        image2d_t image;
-        ASSERT_TRUE(load2(image, kCorpus + "/" + g.path));
-        EXPECT_EQ(image.m_width, g.width);
-        EXPECT_EQ(image.m_height, g.height);
-        EXPECT_EQ(image.desc.format, g.format);
-        // The stream reader has no 32-bit pixels.
-        EXPECT_EQ(load1(image, kCorpus + "/" + g.path), g.format != IMAGE_FORMAT_BGRA);
-    }
-    // Run-length, bit fields, 16 bits, top-down, an OS/2 header, lying sizes.
-    for (char const* bad : {"g/pal8rle.bmp", "g/rgb32bf.bmp", "g/rgb16.bmp", "g/pal8topdown.bmp",
-                            "g/pal8os2.bmp", "b/reallybig.bmp", "b/shortfile.bmp", "b/badbitcount.bmp"}) {
-        image2d_t image;
+    // A good file, and files with run-length, bit fields and 16 bits.
+    image2d_t image;
+    ASSERT_TRUE(load2(image, kCorpus + "/image-rs/V4_24_Bit.bmp"));
+    EXPECT_EQ(image.m_width, 435u);
+    for (char const* bad : {"g/pal8rle.bmp", "g/rgb32bf.bmp", "b/reallybig.bmp"})
         EXPECT_FALSE(load2(image, kCorpus + "/bmpsuite/" + bad)) << bad;
-    }
 }

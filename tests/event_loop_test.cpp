@@ -50,7 +50,7 @@ struct Recorder : wenk::glutyAPI4 {
 
 }  // namespace
 
-TEST_F(EventLoop, AddWindowCallsInitWithTheWindowKnown)
+TEST_F(EventLoop, AddWindowCallsInitWithTheWindowKnownAndRefusesANullApplication)
 {
     Recorder app;
     GLFWwindow* const window = manager().addWindow(&app, "test");
@@ -59,10 +59,6 @@ TEST_F(EventLoop, AddWindowCallsInitWithTheWindowKnown)
     EXPECT_EQ(manager().win(&app), window);
     EXPECT_EQ(manager().api(window), &app);
     EXPECT_EQ(glfwGetCurrentContext(), window);
-}
-
-TEST_F(EventLoop, AddWindowRefusesANullApplication)
-{
     EXPECT_EQ(manager().addWindow(nullptr, "test"), nullptr);
 }
 

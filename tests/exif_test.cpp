@@ -36,11 +36,8 @@ TEST(ExifHeader, RefusesWhatIsNotATiffBlock)
     } const cases[] = {
         {"", ""},
         {std::string("http://ns.adobe.com/xap/1.0/\0", 29), ""},
-        {std::string("Exif  II*\0\x08\0\0\0\0\0", 16), ""},
         {std::string("Exif\0", 5), "too few tiff header size.\n"},
-        {std::string("Exif\0\0II*\0\x08\0\0", 13), "too few tiff header size.\n"},
         {std::string("Exif\0\0ii*\0\x08\0\0\0", 14), "byteorder mark not recognized.\n"},
-        {std::string("Exif\0\0IM*\0\x08\0\0\0", 14), "byteorder mark not recognized.\n"},
         {std::string("Exif\0\0MM*\0\0\0\0\x08", 14), "not tiff(0x00, 0x2a).\n"},
     };
     for (auto const& c : cases) {
@@ -60,10 +57,8 @@ TEST(ZerothIfd, OrientationIsReadBySizeNotByType)
         {"SHORT", {short_entry(0x0112, 6)}, {6}},
         {"LONG, 4 bytes", {long_entry(0x0112, 6)}, {}},
         {"two BYTEs as one word", {{0x0112, BYTE, 2, 8, true}}, {8}},
-        {"two SHORTs, 4 bytes", {{0x0112, SHORT, 2, 3, true}}, {}},
         {"the second entry wins", {short_entry(0x0112, 3), short_entry(0x0112, 6)}, {6}},
         {"an unknown type is passed over", {{0x010F, 14, 1, 0}, short_entry(0x0112, 8)}, {8}},
-        {"no entries", {}, {}},
     };
     // The 1st IFD holds Orientation 3 in every case: it is the thumbnail's.
     for (bool mm : {false, true})
@@ -106,18 +101,10 @@ TEST(IfdBounds, RefuseWithTheirLineOrPassOverWhatIsNotThere)
              b.ifd(8, {o6, {0x010F, ASCII, 10, 5000}});
          }),
          false, "value over, offset 5000 tiff size: 38"},
-        {"more entries than the block holds", block([&](tiff_builder& b) { b.ifd(8, {o6}).u16(8, 3); }),
-         false, "value over, offset: 22 ifd size: 18"},
         {"Exif IFD at the block's end", block([&](tiff_builder& b) {
              b.ifd(8, {o6, long_entry(0x8769, 38)});
          }),
          false, "exif_ifd_offset size exceed: 38 > 38"},
-        {"Exif IFD count on the last byte", block([&](tiff_builder& b) {
-             b.ifd(8, {o6, long_entry(0x8769, 37)});
-         }),
-         false, "exif ifd size exceed: 41 > 38"},
-        {"Exif value past the block", exif({{0x829A, RATIONAL, 1, 56}}), false,
-         "offset+size over: 56, 8, tiff size: 58"},
         {"GPS IFD longer than the block", block([&](tiff_builder& b) {
              b.ifd(8, {o6, long_entry(0x8825, 38)}).u16(38, 9);
          }),
@@ -126,12 +113,6 @@ TEST(IfdBounds, RefuseWithTheirLineOrPassOverWhatIsNotThere)
              b.ifd(8, {o6, long_entry(0x8825, 0xFFFFFFF0)});
          }),
          true, ""},
-        {"text running past the block: absent", block([&](tiff_builder& b) {
-             b.ifd(8, {o6, {0x010F, ASCII, 1000, 30}});
-         }),
-         true, ""},
-        {"1st IFD past the block: none", block([&](tiff_builder& b) { b.ifd(8, {o6}, 9999); }), true, ""},
-        {"date of 19 bytes: ignored", exif({{0x9003, ASCII, 19, 0}}), true, ""},
         {"an unknown type ends the Exif IFD", exif({{0x829A, 99, 1, 9999}, {0x829A, RATIONAL, 1, 9999}}),
          true, ""},
     };
@@ -204,13 +185,12 @@ TEST(ExifCorpus, EveryFileParsesAndOrientationMatchesTheIndex)
             index[section + cells[1]] = cells[5];
     }
     if (index.empty()) GTEST_SKIP() << "no corpus under " << testdata_dir();
-    int parsed = 0, checked = 0;
+    int checked = 0;
     cerr_capture quiet;
     for (auto const& [path, orientation] : index) {
         bytes_t payload;
         if (!first_app1(testdata_dir() + path, payload)) continue;
         parsed_t p(payload);
-        ++parsed;
         if (orientation.empty() || orientation.find_first_not_of("0123456789") != std::string::npos) continue;
         ++checked;
         // Its Orientation is an SLONG: 4 bytes, which the size rule passes over.
@@ -219,6 +199,5 @@ TEST(ExifCorpus, EveryFileParsesAndOrientationMatchesTheIndex)
         else
             EXPECT_EQ(p.orientation(), u16s{static_cast<std::uint16_t>(std::stoi(orientation))}) << path;
     }
-    std::cout << index.size() << " files listed, " << parsed << " APP1 payloads parsed, " << checked
-              << " orientations checked\n";
+    EXPECT_GT(checked, 50);
 }

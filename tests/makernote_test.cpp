@@ -90,11 +90,6 @@ TEST(OlympusNote, ReadsOrVoidsTheParse)
          note({short_entry(0x100B, 2), {0x1015, SHORT, 2, 0x50007}, {0x100C, RATIONAL, 1, note_at + 50}}),
          true, ""},
         {"bare, from 0", [](tiff_builder& n) { n.ifd(0, {short_entry(0x100B, 2)}); }, true, ""},
-        {"value past the block: passed over", note({{0x100C, RATIONAL, 1, 60000}, short_entry(0x100B, 2)}),
-         true, ""},
-        {"more entries than the note", [](tiff_builder& n) { n.text(0, "OLYMP\0\1\0").ifd(8, {}).u16(8, 5); },
-         false, ""},
-        {"signed with no entries", note({}), false, ""},
         {"entries past the note's end",
          [](tiff_builder& n) { n.text(0, "OLYMP\0\1\0").u16(8, 1).u32(14, 0); }, false,
          "olympus ifd: 1: size 14 over than ifd.size(10)."},
@@ -114,17 +109,12 @@ TEST(OmdsNote, ReadsSubIfdsOrVoidsTheParse)
 {
     std::vector<note_case> const cases = {
         {"whole", omds(), true, ""},
-        {"header only", [](tiff_builder& n) { n.text(0, "OM SYSTEM\0\0\0II\3\0"); }, false, ""},
-        {"more entries than the note", omds([](tiff_builder& n) { n.u16(16, 40); }), false, ""},
         {"settings value past the note", omds([](tiff_builder& n) { n.u32(90 + 2 + 12 + 8, 197); }), false,
          "olympus3 camerasettings ifd: 2: [1]: 197, 8: app1 size: 198 over."},
-        {"focus info past the note", omds([](tiff_builder& n) { n.u32(16 + 2 + 24 + 8, 176).u16(176, 7); }),
-         false, "olympus3 focusinfo ifd: 7: size 86 over than ifd.size(22)."},
         {"focus info count on the last byte: no entries",
          omds([](tiff_builder& n) { n.u32(16 + 2 + 24 + 8, 197); }), true, ""},
         {"unknown type ends equipment",
          omds([](tiff_builder& n) { n.u16(72, 2).u16(72 + 14, 0).u16(72 + 16, 99); }), true, ""},
-        {"unknown type in focus info", omds([](tiff_builder& n) { n.u16(144, 99); }), false, ""},
     };
     run_cases("om digital solutions", cases, [](parsed_t& p) {
         auto const& t = p.tiff();
@@ -147,8 +137,6 @@ TEST(PentaxNote, ReadsOrVoidsTheParse)
     };
     std::vector<note_case> const cases = {
         {"whole", note(2, 30), true, ""},
-        {"header only", [](tiff_builder& n) { n.text(0, "PENTAX \0MM"); }, false, ""},
-        {"more entries than the note", note(3, 30), false, ""},
         {"value past the note", note(2, 36), false, "pentax5 ifd: 2: [1]: 36, 8: app1 size: 40 over."},
     };
     run_cases("Ricoh Imaging", cases,
@@ -162,10 +150,6 @@ TEST(MakerNoteRobustness, EveryNoteCutAndByteReadsWithinTheNote)
         {"OLYMPUS",
          [](tiff_builder& n) {
              n.text(0, "OLYMP\0\1\0").ifd(8, {{0x100C, RATIONAL, 1, note_at + 28}}).u32(32, 1);
-         }},
-        {"OLYMPUS",
-         [](tiff_builder& n) {
-             n.ifd(0, {short_entry(0x100B, 2), {0x100C, RATIONAL, 1, 0}});
          }},
         {"OM Digital Solutions", omds()},
         {"RICOH",
@@ -193,11 +177,8 @@ TEST(MakerNoteCorpus, OldOlympusAndOmNotesReadNewOlympusNotesVoid)
     std::pair<char const*, bool> const files[] = {
         // "OLYMP\0": read from 8.
         {"exif/exv/exiv2/Olympus_u10D.exv", true},
-        {"exif/makernote/exiftool/OlympusE1.jpg", true},
-        {"exif/makernote/metadata-extractor-images/Olympus E-10.jpg", true},
         // "OLYMPUS\0II": the first five letters fit, and at 8 the count is "II".
         {"exif/makernote/exiftool/Olympus2.jpg", false},
-        {"large/42_IndexError.jpg", false},
         // "OM SYSTEM": read under an OM Digital Solutions Make, not an Olympus one.
         {"exif/exv/exiv2/test_issue_2126.exv", true},
         {"exif/exv/exiv2/poc_2542.exv", false},

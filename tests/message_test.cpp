@@ -92,7 +92,6 @@ TEST_F(MessageSearch, SuffixedBeforePlainThenWorkingDirectoryProgramDirectory)
     };
     Case const cases[] = {
         {"C", {"cwd/p.msg", "dir/p.msg"}, "cwd/p.msg", false},
-        {"C", {"dir/p.msg"}, "dir/p.msg", false},
         {"C", {"cwd/p.msg", "dir/p.C.msg"}, "dir/p.C.msg", false},
         {"ja_JP.UTF-8", {"cwd/p.msg", "cwd/p.ja_JP.UTF-8.msg", "dir/p.ja_JP.UTF-8.msg"},
          "cwd/p.ja_JP.UTF-8.msg", false},
@@ -135,7 +134,6 @@ TEST_F(MessageLines, LineEndsBecomeEndsOfTextAndOnlyClosedLinesCount)
     Case const cases[] = {
         {"a\nb\n", {"a", "b", kNotLoaded}},
         {"a\r\nb\r\n", {"a", "b", kNotLoaded}},
-        {"a\n\nc", {"a", "", kNotLoaded}},
         {"a\rb\nc\n", {"a", "b", kNotLoaded}},
         {"", {kNotLoaded, kNotLoaded, kNotLoaded}},
     };

@@ -66,13 +66,10 @@ INSTANTIATE_TEST_SUITE_P(
     ::testing::Values(
         tiling_case{256, 256, 1, 1, 1.0f, 1.0f, {{0, 0, 256, 256}}},
         tiling_case{100, 60, 1, 1, 0.78125f, 0.46875f, {{0, 0, 100, 60}}},
-        tiling_case{64, 100, 1, 1, 0.5f, 0.78125f, {{0, 0, 64, 100}}},
         tiling_case{128, 300, 1, 2, 0.5f, 1.171875f, {{0, 0, 128, 256}, {0, 256, 128, 44}}},
         tiling_case{600, 300, 3, 2, 2.34375f, 1.171875f,
                     {{0, 0, 256, 256}, {256, 0, 256, 256}, {512, 0, 88, 256},
                      {0, 256, 256, 44}, {256, 256, 256, 44}, {512, 256, 88, 44}}},
-        tiling_case{1000, 100, 4, 1, 3.90625f, 0.390625f,
-                    {{0, 0, 256, 100}, {256, 0, 256, 100}, {512, 0, 256, 100}, {768, 0, 232, 100}}},
         tiling_case{1, 1, 1, 1, 1.0f, 1.0f, {{0, 0, 1, 1}}},
         tiling_case{257, 10, 2, 1, 257.0f / 256, 10.0f / 256, {{0, 0, 256, 10}, {256, 0, 1, 10}}}));
 
@@ -112,8 +109,4 @@ TEST(TilingTextures, AllTilesOfAPictureGetOneSquareSize)
     EXPECT_FLOAT_EQ(textures.m_size.x, 2.34375f);
     // No texture is preloaded yet, and that does not count against residency.
     EXPECT_TRUE(textures.isResident());
-
-    tiles.clear();
-    EXPECT_EQ(tiles.m_cols, 0u);
-    EXPECT_FLOAT_EQ(tiles.m_size.x, 2.34375f);
 }
