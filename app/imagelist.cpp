@@ -71,7 +71,7 @@ bool ViewWindow::initial_load()
     // A picture that won't load is skipped without a word.
     for (; current != imagelist.end(); ++current, ++current_index) {
         if (scene.addImage(current->c_str(), dir)) {
-            if (zanolib::g_option.verbose) std::cout << "\ndisplay image: " << *current << std::endl;
+            if (zanolib::g_option.verbose) std::cout << std::endl << "display image: " << *current << std::endl;
             return true;
         }
     }

@@ -24,7 +24,7 @@ wenk::glfwyMGR4& manager() { return wenk::glfwyMGR4::getSingleton(); }
 
 void report_displayed(std::string const& path)
 {
-    if (zanolib::g_option.verbose) std::cout << "\ndisplay image: " << path << std::endl;
+    if (zanolib::g_option.verbose) std::cout << std::endl << "display image: " << path << std::endl;
 }
 
 // When no entry would load, the picture that was there comes back, so that

@@ -148,8 +148,8 @@ void grTexture3D::Load() const
                     log_compressed_mipmap_fallback();
                 } else {
                     libutils::error();
-                    std::cerr << "Compressed image are can't build mipmaps in this environment.\n"
-                              << std::flush;
+                    std::cerr << "Compressed image are can't build mipmaps in this environment."
+                              << std::endl;
                 }
                 upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
             }

@@ -139,8 +139,8 @@ inline void log_compression_unsupported()
 inline void log_compressed_mipmap_fallback()
 {
     libutils::error();
-    std::cerr << "Compressed 'special format' image is ablen't to build mipmaps, fallback.\n"
-              << std::flush;
+    std::cerr << "Compressed 'special format' image is ablen't to build mipmaps, fallback."
+              << std::endl;
 }
 
 }  // namespace texture_upload

@@ -83,17 +83,17 @@ bool search_message(std::string& found, char const* dir, std::string const& name
     if (dir[0] != '\0') {
         found = dir + name;
     } else {
-        if (g_option.debug) std::cout << dir << ": dirpath." << '\n';
+        if (g_option.debug) std::cout << dir << ": dirpath." << std::endl;
         found = libutils::searchpath(name, nullptr);
     }
     if (load_message(s_msgbuf, found.c_str())) return true;
-    if (g_option.debug) std::cout << found << ": warning can't load message file." << '\n';
+    if (g_option.debug) std::cout << found << ": warning can't load message file." << std::endl;
 
     found = kSiteDirectory + name;
     if (load_message(s_msgbuf, found.c_str())) return true;
     if (last_always || g_option.debug) {
         libutils::error();
-        std::cerr << found << ": can't load message file." << '\n';
+        std::cerr << found << ": can't load message file." << std::endl;
     }
     return false;
 }
@@ -109,16 +109,16 @@ std::string init_message(char const* dir, char const* prog)
     std::string const plain = std::string(prog) + ".msg";
     std::string const suffixed = lang ? std::string(prog) + '.' + lang + ".msg" : plain;
 
-    if (g_option.debug) std::cerr << "init_message() entering." << '\n';
+    if (g_option.debug) std::cerr << "init_message() entering." << std::endl;
     // The old table points into the buffer that the search overwrites.
     s_tablebuf.clear();
     std::string path;
     if (!search_message(path, dir, suffixed, false) && !search_message(path, dir, plain, true)) {
         return std::string();
     }
-    if (g_option.debug) std::cerr << "path: " << path << '\n';
+    if (g_option.debug) std::cerr << "path: " << path << std::endl;
     make_message_table(s_tablebuf, s_msgbuf, count_lines(s_msgbuf));
-    if (g_option.debug) std::cerr << "init_message() leaving." << '\n';
+    if (g_option.debug) std::cerr << "init_message() leaving." << std::endl;
     return path;
 }
 

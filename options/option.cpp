@@ -144,7 +144,7 @@ bool analyze_flag(option_entity_t const& row, char const* rest)
         return false;
     }
     *static_cast<bool*>(row.target) = value;
-    if (g_option.debug) std::cerr << "option " << row.name << said << '\n';
+    if (g_option.debug) std::cerr << "option " << row.name << said << std::endl;
     return true;
 }
 
@@ -276,15 +276,14 @@ void option_list(char const* prog)
     for (option_entity_t const& row : option_entity_table) {
         if (row.length > width) width = row.length;
     }
-    std::cout << "usage: " << prog << " [option]" << " file..." << '\n'
-              << '\n'
-              << "option" << std::string(width - 5, ' ') << " format  comment." << '\n'
-              << std::string(width + 18, '-') << '\n';
+    std::cout << "usage: " << prog << " [option]" << " file..." << std::endl;
+    std::cout << std::endl;
+    std::cout << "option" << std::string(width - 5, ' ') << " format  comment." << std::endl;
+    std::cout << std::string(width + 18, '-') << std::endl;
     for (option_entity_t const& row : option_entity_table) {
         std::cout << '-' << row.name << std::string(width - row.length, ' ')
-                  << format_help(row.type) << ' ' << row.comment << '\n';
+                  << format_help(row.type) << ' ' << row.comment << std::endl;
     }
-    std::cout.flush();
 }
 
 }  // namespace zanolib

@@ -80,16 +80,16 @@ void option_load_user_default(char const* prog, char const* dir)
 {
     init_when_needed();
     std::string const path = user_default_path(prog, dir);
-    if (g_option.verbose) std::cout << "load user default: " << path << '\n';
+    if (g_option.verbose) std::cout << "load user default: " << path << std::endl;
     option_load(path.c_str());
 }
 
 void option_save_user_default(char const* prog, char const* dir)
 {
-    if (g_option.debug) std::cout << "prog: " << prog << ", dir: " << dir << '\n';
+    if (g_option.debug) std::cout << "prog: " << prog << ", dir: " << dir << std::endl;
     init_when_needed();
     std::string const path = user_default_path(prog, dir);
-    if (g_option.verbose) std::cout << "save user default: " << path << '\n';
+    if (g_option.verbose) std::cout << "save user default: " << path << std::endl;
     option_save(path.c_str());
 }
 

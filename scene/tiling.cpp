@@ -157,7 +157,7 @@ bool multi_texture_object_t::isResident() const
     for (std::size_t i = 0; i < m_texobjs.size(); ++i) {
         if (!m_texobjs[i].isPreload()) {
             if (g_option.debug)
-                std::cerr << "multi_texture_object_t::isResident()\n"
+                std::cerr << "multi_texture_object_t::isResident()" << std::endl
                           << "m_texobjs[" << i << "] is not loaded." << std::endl;
             continue;
         }
@@ -169,8 +169,8 @@ bool multi_texture_object_t::isResident() const
 void multi_texture_object_t::draw_image(libgr::position2_t const& btm_lft, libgr::position2_t const& top_rit) const
 {
     if (g_option.debug)
-        std::cerr << "multi_texture_object_t::draw_image()\n"
-                  << "btm_lft: " << btm_lft << "\n"
+        std::cerr << "multi_texture_object_t::draw_image()" << std::endl
+                  << "btm_lft: " << btm_lft << std::endl
                   << "top_rit: " << top_rit << std::endl;
     // The length of one tile side in drawing units.
     float const side_x = (top_rit.x - btm_lft.x) * (1.0f / m_size.x);

@@ -138,3 +138,23 @@ TEST_P(Quit, EndsWithStatusZero)
 }
 
 INSTANTIATE_TEST_SUITE_P(ByKeyOrCloseButton, Quit, ::testing::Values("q", "Escape", "close"));
+
+// A script or a person watching the viewer through a pipe sees each line as
+// it is written, not when the viewer exits: the line of the "W" key arrives
+// while the window is still open.
+TEST(Output, VerboseLineReachesAPipeWhileTheViewerRuns)
+{
+    zvtest::TempDir home, empty;
+    ViewerProcess viewer({"-verbose", empty.path()}, {"HOME=" + home.path(), "LANG=C"},
+                         ViewerProcess::output_t::pipe);
+    ASSERT_TRUE(viewer.wait_window());
+    viewer.key("W");
+    std::string const expected = "save user default: " + home.file(".zanoview");
+    std::string line;
+    bool seen = false;
+    while (!seen && viewer.read_line(line)) seen = line == expected;
+    EXPECT_TRUE(seen) << "no line \"" << expected << "\" before the timeout";
+    EXPECT_TRUE(viewer.running());
+    viewer.key("q");
+    EXPECT_EQ(viewer.wait_exit(), 0);
+}

@@ -4,6 +4,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -98,7 +99,7 @@ int run_command(std::vector<std::string> const& argv)
 }
 
 ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
-                             std::vector<std::string> const& extra_env)
+                             std::vector<std::string> const& extra_env, output_t output)
 {
     char tmpl[] = "/tmp/zvtest.XXXXXX";
     m_dir = mkdtemp(tmpl);
@@ -133,10 +134,18 @@ ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_addopen(&actions, 1, (m_dir + "/out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
+    // Both ends close on exec; the copy made on descriptor 1 stays open.
+    int out_pipe[2] = {-1, -1};
+    if (output == output_t::pipe && pipe2(out_pipe, O_CLOEXEC) == 0)
+        posix_spawn_file_actions_adddup2(&actions, out_pipe[1], 1);
+    else
+        posix_spawn_file_actions_addopen(&actions, 1, (m_dir + "/out").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     posix_spawn_file_actions_addopen(&actions, 2, (m_dir + "/err").c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0644);
     if (posix_spawn(&m_pid, argv[0], &actions, nullptr, argv.data(), envp.data()) != 0) m_pid = -1;
     posix_spawn_file_actions_destroy(&actions);
+    // Only the viewer may hold the write end, so that its exit closes the pipe.
+    if (out_pipe[1] >= 0) ::close(out_pipe[1]);
+    m_out_pipe = out_pipe[0];
 }
 
 ViewerProcess::~ViewerProcess()
@@ -145,6 +154,7 @@ ViewerProcess::~ViewerProcess()
         kill(m_pid, SIGKILL);
         waitpid(m_pid, nullptr, 0);
     }
+    if (m_out_pipe >= 0) ::close(m_out_pipe);
     std::remove((m_dir + "/out").c_str());
     std::remove((m_dir + "/err").c_str());
     rmdir(m_dir.c_str());
@@ -319,5 +329,25 @@ void ViewerProcess::close()
 
 std::string ViewerProcess::out() const { return read_file(m_dir + "/out"); }
 std::string ViewerProcess::err() const { return read_file(m_dir + "/err"); }
+
+bool ViewerProcess::read_line(std::string& line, double seconds)
+{
+    if (m_out_pipe < 0) return false;
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    std::size_t end;
+    while ((end = m_pending.find('\n')) == std::string::npos) {
+        auto const left = std::chrono::duration_cast<std::chrono::milliseconds>(until - clock_type::now());
+        if (left.count() <= 0) return false;
+        pollfd ready{m_out_pipe, POLLIN, 0};
+        if (poll(&ready, 1, int(left.count())) <= 0) continue;
+        char buffer[4096];
+        ssize_t const n = ::read(m_out_pipe, buffer, sizeof buffer);
+        if (n <= 0) return false;  // the viewer closed its output
+        m_pending.append(buffer, std::size_t(n));
+    }
+    line = m_pending.substr(0, end);
+    m_pending.erase(0, end + 1);
+    return true;
+}
 
 }  // namespace zvtest

@@ -36,14 +36,20 @@ struct geometry_t {
 };
 
 // One run of the viewer. Its standard output and error go to files that
-// out() and err() read. Every event sent is numbered and logged on stderr
-// ("event 3: key q"), so that a failure can name the event.
+// out() and err() read, or its standard output to a pipe. Every event sent
+// is numbered and logged on stderr ("event 3: key q"), so that a failure can
+// name the event.
 class ViewerProcess {
 public:
+    // Where standard output goes: a file that out() reads, or a pipe that
+    // read_line() reads while the viewer runs, as a script watching it would.
+    enum class output_t { file, pipe };
+
     // Starts the binary with `args`. Each `extra_env` entry "NAME=value" sets a
     // variable for it; a bare "NAME" removes one.
     explicit ViewerProcess(std::vector<std::string> const& args,
-                           std::vector<std::string> const& extra_env = {});
+                           std::vector<std::string> const& extra_env = {},
+                           output_t output = output_t::file);
     ~ViewerProcess();
     ViewerProcess(ViewerProcess const&) = delete;
     ViewerProcess& operator=(ViewerProcess const&) = delete;
@@ -74,9 +80,13 @@ public:
     // Asks the window to close, as its title bar's close button does.
     void close();
 
-    // What the process wrote to its standard output and error so far.
+    // What the process wrote to its standard output and error so far;
+    // out() is empty when standard output is a pipe.
     std::string out() const;
     std::string err() const;
+    // The next line from the standard output pipe, without its line end;
+    // false when no whole line arrives within `seconds` or the pipe closes.
+    bool read_line(std::string& line, double seconds = 10);
 
 private:
     void xdotool(std::vector<std::string> const& args);
@@ -89,6 +99,8 @@ private:
     unsigned long m_window = 0;
     int m_events = 0;
     std::string m_dir;  // a private temporary directory for the output files
+    int m_out_pipe = -1;  // read end of the standard output pipe
+    std::string m_pending;  // bytes read from the pipe after the last whole line
 };
 
 // Runs xdotool or a command line and waits for it; returns its exit status.
