@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "options/option.h"
+#include "options/sitedir.h"
 #include "utils/diag.h"
 #include "utils/path.h"
 
@@ -17,7 +18,6 @@ namespace zanolib {
 namespace {
 
 char const kNotLoaded[] = "message not loaded.";
-char const kSiteDirectory[] = "/usr/site/share/zanolib/";
 
 // A message file holds a few short lines. Anything this large is no message
 // file, and allocating for it could fail.

@@ -16,10 +16,11 @@ typedef unsigned long e_message_t;
 // file of that name is found or LANG is not set. Each name is tried in the
 // working directory, then in `dir` (the program's directory, closing "/"
 // included; when `dir` is empty, through libutils::searchpath), then in
-// "/usr/site/share/zanolib/". So a suffixed file anywhere wins over a plain
-// one in the working directory. When nothing is found, the error stream gets
-// "/usr/site/share/zanolib/<prog>.msg: can't load message file." and every
-// text reads "message not loaded.". Sets the locale from the environment.
+// the site directory, kSiteDirectory ("/usr/site/share/zanolib/"). So a
+// suffixed file anywhere wins over a plain one in the working directory.
+// When nothing is found, the error stream gets "/usr/site/share/zanolib/
+// <prog>.msg: can't load message file." and every text reads "message not
+// loaded.". Sets the locale from the environment.
 // A file must end in a line end: an unfinished last line is not a message.
 // Lines end in LF or CR LF; a lone CR ends a line too but isn't counted as
 // one, so the file's last line is lost: "a\rb\nc\n" gives "a" and "b".

@@ -17,6 +17,7 @@
 #include "image/convert.h"
 #include "image/normalmap.h"
 #include "options/option.h"
+#include "options/sitedir.h"
 #include "utils/diag.h"
 
 namespace zanolib {
@@ -26,8 +27,6 @@ using libgr::grPrintError;
 namespace {
 
 // ---- Shared data -----------------------------------------------------------
-
-char const kSharedDataDir[] = "/usr/site/share/zanolib/";
 
 // Beyond the edge of the colour textures, should they ever get a border:
 // 18% gray, alpha scaled alike.
@@ -56,11 +55,11 @@ unsigned char const elements[10] = {1, 0, 3, 2, 5, 4, 7, 6, 1, 0};
 // ---- Data files ------------------------------------------------------------
 
 // The first place where `name` opens: as it stands (the working directory),
-// behind `datapath`, then in the shared data directory. `path` ends as the
+// behind `datapath`, then in the site directory. `path` ends as the
 // name found, or else the last one tried.
 bool find_data_file(char const* name, char const* datapath, std::string& path)
 {
-    char const* const places[] = {"", datapath, kSharedDataDir};
+    char const* const places[] = {"", datapath, kSiteDirectory};
     for (char const* place : places) {
         if (!place) continue;
         path = std::string(place) + name;

@@ -56,9 +56,9 @@ public:
     // Reads the shared pictures (hairline.bmp as colour and as height map,
     // flower.bmp) and makes the normalisation cube map; once per program.
     // Each file is looked for in the working directory, then as `datapath`
-    // with the name appended (so `datapath` ends in "/"), then in
-    // "/usr/site/share/zanolib/". A file found nowhere, or broken, leaves its
-    // texture empty, in silence.
+    // with the name appended (so `datapath` ends in "/"), then in the site
+    // directory (options/sitedir.h). A file found nowhere, or broken, leaves
+    // its texture empty, in silence.
     static void init(char const* datapath);
     // Drops the shared pictures; the GL textures stay.
     static void destroy();
