@@ -5,8 +5,11 @@
 ZV_BUILD_PACKAGES="cmake make g++ pkg-config libglfw3-dev libgl-dev libglu1-mesa-dev
   libjpeg62-turbo-dev libpng-dev libgl1-mesa-dri"
 # The test suite on top: GoogleTest, an X server without a screen, the
-# tools that drive and read the window, Python for the generators' checks.
-ZV_TEST_PACKAGES="googletest libgtest-dev xvfb xauth xdotool libx11-dev python3"
+# tools that drive and read the window, Python for the generators' checks,
+# and for the install check the desktop entry validator, groff for the
+# manual page, and dpkg-shlibdeps and file, which cpack's Depends need.
+ZV_TEST_PACKAGES="googletest libgtest-dev xvfb xauth xdotool libx11-dev python3
+  desktop-file-utils groff-base dpkg-dev file"
 
 zv_missing_packages() {
   local p missing=""
