@@ -218,7 +218,7 @@ bool convert(image2d_t& image, bmpimage_t const& bmp)
     out.window = image_window2d_t();
     static_cast<image_bytes_t&>(out) = bmp.m_pixels;
     // A record filled other than by load may promise more rows than it holds.
-    if (out.datasize() > out.size()) {
+    if (!out.holds_pixels()) {
         libutils::error();
         return false;
     }

@@ -104,9 +104,9 @@ bool convert(image2d_t& image, bmpimage2_t const& bmp)
     out.store = nullptr;
     out.window = image_window2d_t();
     static_cast<image_bytes_t&>(out) = bmp.m_pixels;
-    // The pixels stay in the mapping, so every row the image addresses must
+    // The pixels stay in the mapping, so every pixel the image addresses must
     // be in the file.
-    if (out.m_width == 0 || out.m_height == 0 || out.datasize() > out.size()) {
+    if (out.m_width == 0 || out.m_height == 0 || !out.holds_pixels()) {
         libutils::error();
         return false;
     }

@@ -163,13 +163,6 @@ bool allocate_pixels(image2d_t& image, unsigned short unit, bool border, color3u
     return true;
 }
 
-// The first byte of pixel (0, y), honouring the record's window.
-unsigned char const* pixel_row(image2d_t const& image, std::uint64_t y)
-{
-    std::uint64_t const x = image.window.skippixels * image.desc.getPixelBits() / 8;
-    return image.begin() + image.rowsize() * (image.window.skiprows + y) + x;
-}
-
 // Decodes the rows top to bottom into their places bottom to top. False
 // when the data gave out before the last row.
 bool read_rows(j_decompress_ptr cinfo, image2d_t& image)
@@ -319,10 +312,7 @@ bool jpeginfo_t::compress(jpegdata_t& data, image2d_t const& image, int quality,
         if (image.desc == image_desc_t{r.format, r.type, r.bits}) row = i;
     }
     // Rows the record promises but doesn't hold would be read from outside it.
-    bool const readable = !image.compressed &&
-                          image.rowlength() >= std::uint64_t(image.window.skippixels) + image.m_width &&
-                          image.datasize() <= image.size();
-    if (row == kNoRow || !readable) {
+    if (row == kNoRow || !image.holds_pixels()) {
         (*cinfo.dest->term_destination)(&cinfo);
         jpeg_destroy_compress(&cinfo);
         libutils::error();
@@ -337,7 +327,7 @@ bool jpeginfo_t::compress(jpegdata_t& data, image2d_t const& image, int quality,
         jpeg_write_marker(&cinfo, m.code, m.payload.begin(), static_cast<unsigned int>(m.payload.size()));
     // The record's last row is the picture's top: it goes first.
     while (cinfo.next_scanline < cinfo.image_height) {
-        JSAMPROW line = const_cast<unsigned char*>(pixel_row(image, image.m_height - 1 - cinfo.next_scanline));
+        JSAMPROW line = const_cast<unsigned char*>(image.pixel(0, image.m_height - 1 - cinfo.next_scanline));
         jpeg_write_scanlines(&cinfo, &line, 1);
     }
     jpeg_finish_compress(&cinfo);

@@ -67,24 +67,21 @@ bool make_row_table(row_table_t& rows, std::uint64_t n) noexcept
     return true;
 }
 
-// Whether every PNG row of `rowbytes` bytes lies within the image's bytes
-// where row_offset puts it. The highest is the image's top row, which a
-// window reaching past its row length pushes behind the end.
-bool rows_fit(image2d_t const& image, std::uint64_t rowbytes)
-{
-    std::uint64_t const end = image.datasize();
-    if (image.m_height == 0 || end == UINT64_MAX) return false;
-    std::uint64_t const top = end - image.rowsize();
-    std::uint64_t const skip = image.window.skippixels * image.desc.getPixelBits() / 8;
-    return top + skip + rowbytes <= image.size();
-}
-
 // Where PNG row `i`, counted from the top, lies in the image: in its row
 // height - 1 - i, so that the picture stands bottom up.
 std::uint64_t row_offset(image2d_t const& image, std::uint64_t i)
 {
-    std::uint64_t const row = image.window.skiprows + (image.m_height - 1 - i);
-    return image.rowsize() * row + image.window.skippixels * image.desc.getPixelBits() / 8;
+    return image.layout().offset(0, image.m_height - 1 - i);
+}
+
+// Whether every PNG row of `rowbytes` bytes lies within the image's bytes
+// where row_offset puts it. The image holding its pixels is enough when
+// libpng counts a row as the image does; the top row is checked against
+// libpng's own count all the same.
+bool rows_fit(image2d_t const& image, std::uint64_t rowbytes)
+{
+    return image.m_height != 0 && image.holds_pixels() &&
+           row_offset(image, 0) + rowbytes <= image.size();
 }
 
 // Palette entries widen to 16 bits (v becomes v * 257); the table grows to

@@ -231,7 +231,7 @@ bool convert(image2d_t& image, tgaimage_t const& tga)
     out.palette.clear();
     static_cast<image_bytes_t&>(out) = tga.m_pixels;
     // A record filled other than by load may promise more rows than it holds.
-    if (out.datasize() > out.size()) {
+    if (!out.holds_pixels()) {
         libutils::error();
         return false;
     }

@@ -13,38 +13,9 @@ namespace libgr {
 
 namespace {
 
-constexpr std::uint64_t kNoEnd = std::numeric_limits<std::uint64_t>::max();
-
 std::uint64_t round_up4(std::uint64_t bytes)
 {
     return (bytes + 3) / 4 * 4;
-}
-
-// Bytes from the start of the data to the end of the last pixel addressed
-// by `row` bytes a row, `bits` a pixel, and the given extent from the given
-// origin; kNoEnd when that can't be counted.
-std::uint64_t end_of_pixels(std::uint64_t row, std::uint64_t bits, std::uint64_t x0,
-                            std::uint64_t y0, std::uint64_t width, std::uint64_t height)
-{
-    if (width == 0 || height == 0) return 0;
-    std::uint64_t const last = y0 + height - 1;
-    std::uint64_t const tail = (bits * (x0 + width) + 7) / 8;
-    if (row != 0 && last > (kNoEnd - tail) / row) return kNoEnd;
-    return row * last + tail;
-}
-
-std::uint64_t addressed_bytes(image2d_t const& img)
-{
-    return end_of_pixels(img.rowsize(), img.desc.getPixelBits(), img.window.skippixels,
-                         img.window.skiprows, img.m_width, img.m_height);
-}
-
-// Whether every pixel the record addresses lies in its bytes. A window of a
-// window, or one placed past the width, can clip wrongly and reach behind
-// the block; such a record is refused instead of read.
-bool readable(image2d_t const& img)
-{
-    return !img.compressed && addressed_bytes(img) <= img.size();
 }
 
 // Grows the record's bytes to at least `bytes`. allocate() sizes a record by
@@ -57,11 +28,10 @@ bool make_room(image2d_t& img, std::uint64_t bytes)
     return img.resize(static_cast<unsigned long>(bytes), 0);
 }
 
-// The first byte of pixel (x, y) by the record's addressing, window included.
-std::uint64_t offset_of(image2d_t const& img, std::uint64_t x, std::uint64_t y)
+// Room for every pixel the record addresses, by its own layout.
+bool make_room(image2d_t& img)
 {
-    return img.rowsize() * (img.window.skiprows + y) +
-           img.desc.getPixelBits() * (img.window.skippixels + x) / 8;
+    return make_room(img, img.layout().end(img.m_width, img.m_height));
 }
 
 bool bytes_of_integers(image_desc_t const& desc)
@@ -88,7 +58,7 @@ bool swap_red_blue(image2d_t& dst, image2d_t const& src, e_image_format_t from3,
         return true;
     }
     if ((format != from3 && format != from4) || !bytes_of_integers(src.desc) ||
-        !readable(src)) {
+        !src.holds_pixels()) {
         dst = src;
         return false;
     }
@@ -99,14 +69,14 @@ bool swap_red_blue(image2d_t& dst, image2d_t const& src, e_image_format_t from3,
     if (!four && store3) dst.store = store3;
     if (src.m_height == 0) return true;
 
-    std::uint64_t const pixel = four ? 4 : 3;
-    std::uint64_t const pitch = round_up4(src.rowbyte());
-    if (!dst.allocate() || !make_room(dst, pitch * (src.m_height - 1) + pixel * src.m_width))
-        return false;
+    // Rows padded to four from the first byte, whatever dst's store and
+    // window say.
+    pixel_layout_t const out{round_up4(src.rowbyte()), four ? 32u : 24u, 0, 0};
+    if (!dst.allocate() || !make_room(dst, out.end(src.m_width, src.m_height))) return false;
     for (std::uint64_t y = 0; y < src.m_height; ++y) {
         for (std::uint64_t x = 0; x < src.m_width; ++x) {
-            unsigned char const* s = src.begin() + offset_of(src, x, y);
-            unsigned char* d = dst.begin() + pitch * y + pixel * x;
+            unsigned char const* s = src.pixel(x, y);
+            unsigned char* d = dst.begin() + out.offset(x, y);
             d[0] = s[2];
             d[1] = s[1];
             d[2] = s[0];
@@ -125,7 +95,7 @@ bool change_alpha(image2d_t& dst, image2d_t const& src, e_image_format_t from,
         dst = src;
         return true;
     }
-    if (!convertible || src.desc.format != from || !readable(src)) {
+    if (!convertible || src.desc.format != from || !src.holds_pixels()) {
         dst = src;
         return false;
     }
@@ -137,13 +107,14 @@ bool change_alpha(image2d_t& dst, image2d_t const& src, e_image_format_t from,
 
     std::uint64_t const in = from == IMAGE_FORMAT_RGBA ? 4 : 3;
     std::uint64_t const out = to == IMAGE_FORMAT_RGBA ? 4 : 3;
-    std::uint64_t const pitch = dst.rowsize();
-    if (src.m_width != 0 && !make_room(dst, pitch * (src.m_height - 1) + out * src.m_width))
-        return false;
+    // dst's rows from its first byte: a window kept from earlier use is not
+    // honoured.
+    pixel_layout_t const rows{dst.rowsize(), 8 * out, 0, 0};
+    if (!make_room(dst, rows.end(src.m_width, src.m_height))) return false;
     for (std::uint64_t y = 0; y < src.m_height; ++y) {
         for (std::uint64_t x = 0; x < src.m_width; ++x) {
-            unsigned char const* s = src.begin() + offset_of(src, x, y);
-            unsigned char* d = dst.begin() + pitch * y + out * x;
+            unsigned char const* s = src.pixel(x, y);
+            unsigned char* d = dst.begin() + rows.offset(x, y);
             std::memcpy(d, s, std::min(in, out));
             if (out == 4) d[3] = 255;
         }
@@ -244,23 +215,21 @@ bool index2rgb(image2d_t& dst, image2d_t const& src)
     case IMAGE_BITS_8: bits = 8; break;
     default: return false;
     }
-    if (!readable(src) || !make_room(dst, addressed_bytes(dst))) return false;
+    if (!src.holds_pixels() || !make_room(dst)) return false;
 
     palette_t const& palette = src.palette;
     std::uint64_t const entries = palette_entries(palette);
-    std::uint64_t const row = src.rowsize();
     for (std::uint64_t y = 0; y < src.m_height; ++y) {
-        unsigned char const* line = src.begin() + row * (src.window.skiprows + y);
         for (std::uint64_t x = 0; x < src.m_width; ++x) {
-            // Counted in bits, so that a window starting inside a byte still
-            // reads its own first pixel.
-            std::uint64_t const at = bits * (src.window.skippixels + x);
-            unsigned char const byte = line[at / 8];
+            // The pixel's place in its byte is counted in bits, so that a
+            // window starting inside a byte still reads its own first pixel.
+            std::uint64_t const bit = bits * (src.window.skippixels + x) % 8;
+            unsigned char const byte = *src.pixel(x, y);
             unsigned index = byte;
-            if (bits == 1) index = (byte >> (7 - at % 8)) & 1u;
-            if (bits == 4) index = at % 8 == 0 ? byte >> 4 : byte & 0x0Fu;
+            if (bits == 1) index = (byte >> (7 - bit)) & 1u;
+            if (bits == 4) index = bit == 0 ? byte >> 4 : byte & 0x0Fu;
 
-            unsigned char* d = dst.begin() + offset_of(dst, x, y);
+            unsigned char* d = dst.pixel(x, y);
             if (index < entries) {
                 d[0] = static_cast<unsigned char>(palette.red[index] >> 8);
                 d[1] = static_cast<unsigned char>(palette.green[index] >> 8);
@@ -278,7 +247,7 @@ bool index2rgb(image2d_t& dst, image2d_t const& src)
 bool copy(image2d_t& dst, image2d_t const& src)
 {
     assert(&dst != &src);
-    if (!readable(src)) return false;
+    if (!src.holds_pixels()) return false;
     dst.desc = src.desc;
     take_sizes(dst, src);
     dst.store = src.store;
@@ -289,8 +258,8 @@ bool copy(image2d_t& dst, image2d_t const& src)
     std::uint64_t const bytes = src.rowbyte();
     std::uint64_t const row = dst.rowsize();
     for (std::uint64_t y = 0; y < src.m_height; ++y) {
-        unsigned char* d = dst.begin() + row * y;
-        std::memcpy(d, src.begin() + offset_of(src, 0, y), bytes);
+        unsigned char* d = dst.pixel(0, y);
+        std::memcpy(d, src.pixel(0, y), bytes);
         // Padding too, so that two copies of one picture are equal bytes.
         if (row != bytes) std::memset(d + bytes, 0, row - bytes);
     }
@@ -303,14 +272,14 @@ bool fillcolor(image2d_t& img, color3a_t const& color)
 {
     if (!colour_target(img)) return false;
     if (img.m_height == 0) return true;
-    if (!readable(img)) return false;
+    if (!img.holds_pixels()) return false;
 
     bool const alpha = img.desc.format == IMAGE_FORMAT_RGBA;
     unsigned char const value[4] = {channel_byte(color.r), channel_byte(color.g),
                                     channel_byte(color.b), channel_byte(color.a)};
     for (std::uint64_t y = 0; y < img.m_height; ++y)
         for (std::uint64_t x = 0; x < img.m_width; ++x)
-            std::memcpy(img.begin() + offset_of(img, x, y), value, alpha ? 4 : 3);
+            std::memcpy(img.pixel(x, y), value, alpha ? 4 : 3);
     return true;
 }
 
@@ -318,12 +287,12 @@ bool addcolor(image2d_t& img, color3a_t const& color)
 {
     if (!colour_target(img)) return false;
     if (img.m_height == 0) return true;
-    if (!readable(img)) return false;
+    if (!img.holds_pixels()) return false;
 
     float const add[3] = {color.r, color.g, color.b};
     for (std::uint64_t y = 0; y < img.m_height; ++y) {
         for (std::uint64_t x = 0; x < img.m_width; ++x) {
-            unsigned char* p = img.begin() + offset_of(img, x, y);
+            unsigned char* p = img.pixel(x, y);
             for (int c = 0; c < 3; ++c) p[c] = channel_byte(p[c] * 0.003921569f + add[c]);
         }
     }
@@ -358,13 +327,13 @@ bool monochrome(image2d_t& dst, image2d_t const& src)
     if (!dst.allocate()) return false;
 
     image2d_reader_t<unsigned char> reader;
-    if (!reader.setimage(src) || !reader.holds_pixels() || !make_room(dst, addressed_bytes(dst)))
+    if (!reader.setimage(src) || !reader.holds_pixels() || !make_room(dst))
         return false;
     for (std::uint64_t y = 0; y < reader.height; ++y) {
         for (std::uint64_t x = 0; x < reader.width; ++x) {
             unsigned char const* s = reader.pixel(x, y);
             float const gray = 0.299f * s[0] + 0.587f * s[1] + 0.114f * s[2];
-            dst.begin()[offset_of(dst, x, y)] = static_cast<unsigned char>(gray);
+            *dst.pixel(x, y) = static_cast<unsigned char>(gray);
         }
     }
     return true;
@@ -379,7 +348,7 @@ bool rotate(unsigned long count, image2d_t& dst, image2d_t const& src)
         dst = src;
         return true;
     }
-    if (count > 3 || !readable(src)) return false;
+    if (count > 3 || !src.holds_pixels()) return false;
 
     dst.clear();
     dst.desc = src.desc;
@@ -387,7 +356,7 @@ bool rotate(unsigned long count, image2d_t& dst, image2d_t const& src)
     bool const sideways = count != 2;
     dst.m_width = sideways ? src.m_height : src.m_width;
     dst.m_height = sideways ? src.m_width : src.m_height;
-    if (!dst.allocate() || !make_room(dst, addressed_bytes(dst))) return false;
+    if (!dst.allocate() || !make_room(dst)) return false;
 
     std::uint64_t const W = dst.m_width;
     std::uint64_t const H = dst.m_height;
@@ -402,8 +371,7 @@ bool rotate(unsigned long count, image2d_t& dst, image2d_t const& src)
                 dx = W - 1 - y;
                 dy = x;
             }
-            std::memcpy(dst.begin() + offset_of(dst, dx, dy), src.begin() + offset_of(src, x, y),
-                        bytes);
+            std::memcpy(dst.pixel(dx, dy), src.pixel(x, y), bytes);
         }
     }
     return true;
@@ -457,17 +425,22 @@ std::uint64_t image2d_reader_t<T>::rowsize() const
 }
 
 template <class T>
+pixel_layout_t image2d_reader_t<T>::layout() const
+{
+    return {rowsize(), desc.getPixelBits(), 0 /*skippixels*/, 0 /*skiprows*/};
+}
+
+template <class T>
 bool image2d_reader_t<T>::holds_pixels() const
 {
-    return end_of_pixels(rowsize(), desc.getPixelBits(), 0, 0, width, height) <=
-           m_data.size() * sizeof(T);
+    return layout().end(width, height) <= m_data.size() * sizeof(T);
 }
 
 template <class T>
 T const* image2d_reader_t<T>::pixel(std::uint64_t x, std::uint64_t y) const
 {
     auto const* bytes = reinterpret_cast<unsigned char const*>(m_data.begin());
-    return reinterpret_cast<T const*>(bytes + rowsize() * y + desc.getPixelBits() * x / 8);
+    return reinterpret_cast<T const*>(bytes + layout().offset(x, y));
 }
 
 template struct image2d_reader_t<unsigned char>;

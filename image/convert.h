@@ -95,6 +95,8 @@ struct image2d_reader_t {
     bool setimage(image2d_t const& img);
     // Bytes from one row to the next: 3 x 8-bit, width 5 gives 16.
     std::uint64_t rowsize() const;
+    // Those rows with the description's pixel size and no window.
+    pixel_layout_t layout() const;
     // Whether every pixel the reader can address lies in its bytes.
     bool holds_pixels() const;
     // The first byte of pixel (x, y); no bounds check.

@@ -23,6 +23,24 @@ bool operator!=(image_desc_t const& a, image_desc_t const& b)
     return !(a == b);
 }
 
+// ------------------------------------------------------------ pixel_layout_t
+
+std::uint64_t pixel_layout_t::offset(std::uint64_t x, std::uint64_t y) const
+{
+    return rowsize * (skiprows + y) + pixelbits * (skippixels + x) / 8;
+}
+
+std::uint64_t pixel_layout_t::end(std::uint64_t width, std::uint64_t height) const
+{
+    constexpr std::uint64_t kMost = std::numeric_limits<std::uint64_t>::max();
+    if (width == 0 || height == 0) return 0;
+    std::uint64_t const last = skiprows + height - 1;
+    // The last pixel's final byte counts whole, even when the pixel ends in it.
+    std::uint64_t const tail = (pixelbits * (skippixels + width) + 7) / 8;
+    if (rowsize != 0 && last > (kMost - tail) / rowsize) return kMost;
+    return rowsize * last + tail;
+}
+
 // ----------------------------------------------------------------- palette_t
 
 bool palette_t::resize(unsigned long n)
@@ -84,6 +102,26 @@ std::uint64_t image2d_t::datasize() const
     if (row != 0 && rows > std::numeric_limits<std::uint64_t>::max() / row)
         return std::numeric_limits<std::uint64_t>::max();
     return row * rows;
+}
+
+pixel_layout_t image2d_t::layout() const
+{
+    return {rowsize(), desc.getPixelBits(), window.skippixels, window.skiprows};
+}
+
+unsigned char* image2d_t::pixel(std::uint64_t x, std::uint64_t y)
+{
+    return begin() + layout().offset(x, y);
+}
+
+unsigned char const* image2d_t::pixel(std::uint64_t x, std::uint64_t y) const
+{
+    return begin() + layout().offset(x, y);
+}
+
+bool image2d_t::holds_pixels() const
+{
+    return !compressed && layout().end(m_width, m_height) <= size();
 }
 
 bool image2d_t::allocate()

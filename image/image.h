@@ -80,6 +80,27 @@ struct palette_t {
 // anonymous memory or a mapped file.
 using image_bytes_t = libutils::ofsvector<unsigned char, libutils::alloc_mmap_unix>;
 
+// Where the pixels of a row-by-row picture lie in its bytes: the one home of
+// the address arithmetic, for the records and for the typed views that
+// pixel operations lay over them. Rows are `rowsize` bytes apart; a window
+// starts `skiprows` rows and `skippixels` pixels in.
+struct pixel_layout_t {
+    std::uint64_t rowsize = 0;     // bytes
+    std::uint64_t pixelbits = 0;   // bits
+    std::uint64_t skippixels = 0;  // pixels
+    std::uint64_t skiprows = 0;    // rows
+
+    // Where pixel (x, y) begins, in bytes from the first:
+    //   rowsize * (skiprows + y) + pixelbits * (skippixels + x) / 8
+    // A pixel that starts inside a byte gives that byte.
+    std::uint64_t offset(std::uint64_t x, std::uint64_t y) const;
+    // Bytes from the first to the end of pixel (width - 1, height - 1), the
+    // last one a reader of `width` x `height` pixels touches: the bytes that
+    // must be there. No padding after the last pixel counts. 0 without
+    // pixels; the largest value when that doesn't fit in 64 bits.
+    std::uint64_t end(std::uint64_t width, std::uint64_t height) const;
+};
+
 // Copies and assignments share the bytes and the palette: writing through
 // one record shows through the other. A deep copy is a separate operation.
 
@@ -99,8 +120,9 @@ struct image1d_t : image_bytes_t {
 
 // Pixel (x, y) begins at byte
 //   rowsize() * (window.skiprows + y) + getPixelBits() * (window.skippixels + x) / 8
-// of the data. With `compressed` set, rows, windows and pixel sizes don't
-// describe the bytes: they are a compressed texture image of size() bytes.
+// of the data (see layout()). With `compressed` set, rows, windows and pixel
+// sizes don't describe the bytes: they are a compressed texture image of
+// size() bytes.
 struct image2d_t : image_bytes_t {
     image_desc_t desc{};
     image_store_t const* store = nullptr;  // not owned; null: alignment 4, no swap
@@ -119,9 +141,21 @@ struct image2d_t : image_bytes_t {
     // down: RGB, 8 bits, width 5 gives 15. Pixel operations copy rowbyte()
     // bytes a row and step rowsize().
     std::uint64_t rowbyte() const;
-    // Bytes the record addresses: rowsize() * (window.skiprows + m_height),
+    // Bytes the record asks for: rowsize() * (window.skiprows + m_height),
     // or the largest value when that doesn't fit in 64 bits.
     std::uint64_t datasize() const;
+
+    // The record's rows, pixel size and window as a layout.
+    pixel_layout_t layout() const;
+    // The first byte of pixel (x, y), window included; no bounds check.
+    unsigned char* pixel(std::uint64_t x, std::uint64_t y);
+    unsigned char const* pixel(std::uint64_t x, std::uint64_t y) const;
+    // Whether every pixel the record addresses lies in its bytes: the test
+    // before any reading or writing of them. A window of a window, one set
+    // past the width, or a record filled by hand can reach behind its block.
+    // Padding after the last pixel need not be there, as for OpenGL's
+    // unpacking. A compressed record holds no pixels.
+    bool holds_pixels() const;
 
     // Makes room for datasize() bytes. The pixels are not cleared. Returns
     // false, with the bytes as they were, when the room can't be had.

@@ -22,24 +22,21 @@ constexpr std::uint32_t kCubeSide = 256;  // pixels
 template <class T>
 struct image2d_editor_t {
     unsigned char* m_bytes = nullptr;
-    std::uint64_t width = 0;   // pixels
-    std::uint64_t height = 0;  // rows
+    pixel_layout_t m_rows;
 
     // Takes img's sizes and bytes, growing the bytes when img's own store
     // packs rows tighter than 4 would.
     bool setimage(image2d_t& img)
     {
-        width = img.m_width;
-        height = img.m_height;
-        std::uint64_t const need = rowsize() * height;
+        m_rows = {(sizeof(T) * img.m_width + 3) / 4 * 4, 8 * sizeof(T), 0, 0};
+        std::uint64_t const need = m_rows.rowsize * img.m_height;
         if (img.size() < need && !img.resize(static_cast<unsigned long>(need), 0)) return false;
         m_bytes = img.begin();
         return true;
     }
-    std::uint64_t rowsize() const { return (sizeof(T) * width + 3) / 4 * 4; }
     T* pixel(std::uint64_t x, std::uint64_t y) const
     {
-        return reinterpret_cast<T*>(m_bytes + rowsize() * y + sizeof(T) * x);
+        return reinterpret_cast<T*>(m_bytes + m_rows.offset(x, y));
     }
 };
 static_assert(sizeof(color3b_t) == 3, "a normal is three packed bytes");

@@ -5,15 +5,12 @@
 #include <climits>
 #include <cstdint>
 #include <iostream>
-#include <limits>
 
 #include "utils/diag.h"
 
 namespace libgr {
 
 namespace {
-
-constexpr std::uint64_t kNoEnd = std::numeric_limits<std::uint64_t>::max();
 
 // A sample of a Bayer cell: its row (0 for r0, 1 for r1) and its byte
 // offset from the start of the cell in that row.
@@ -46,24 +43,13 @@ unsigned pixel_bytes(e_image_format_t format, bool bayer)
     }
 }
 
-// Where row y of a record begins, at `bytes` a pixel: rows rowsize() apart,
-// each starting at the window's skippixels.
-std::uint64_t row_start(image2d_t const& img, std::uint64_t bytes, std::uint64_t y)
+// The record's rows and window at `bytes` a pixel: the reduction counts 8
+// bits a component, whatever `bits` says.
+pixel_layout_t byte_layout(image2d_t const& img, std::uint64_t bytes)
 {
-    return img.rowsize() * (img.window.skiprows + y) + bytes * img.window.skippixels;
-}
-
-// Bytes from a record's first byte to the end of pixel (width - 1, height - 1)
-// at `bytes` a pixel; 0 without pixels, kNoEnd past 64 bits.
-std::uint64_t end_of(image2d_t const& img, std::uint64_t bytes, std::uint64_t width,
-                     std::uint64_t height)
-{
-    if (width == 0 || height == 0) return 0;
-    std::uint64_t const row = img.rowsize();
-    std::uint64_t const last = img.window.skiprows + height - 1;
-    std::uint64_t const tail = bytes * (img.window.skippixels + width);
-    if (row != 0 && last > (kNoEnd - tail) / row) return kNoEnd;
-    return row * last + tail;
+    pixel_layout_t rows = img.layout();
+    rows.pixelbits = 8 * bytes;
+    return rows;
 }
 
 // Room for every pixel dst addresses. allocate() sizes a record by its rows
@@ -73,8 +59,8 @@ std::uint64_t end_of(image2d_t const& img, std::uint64_t bytes, std::uint64_t wi
 bool make_room(image2d_t& dst)
 {
     std::uint64_t const bytes =
-        std::max(dst.datasize(), end_of(dst, image_format_components(dst.desc.format), dst.m_width,
-                                        dst.m_height));
+        std::max(dst.datasize(), byte_layout(dst, image_format_components(dst.desc.format))
+                                     .end(dst.m_width, dst.m_height));
     if (bytes == 0) return true;
     if (bytes > ULONG_MAX) return false;
     return dst.resize(static_cast<unsigned long>(bytes), 0);
@@ -109,10 +95,11 @@ void box(image2d_t& dst, image2d_t const& src, unsigned bytes)
     // bytes in whatever the pixel size; gray steps one byte at a time.
     unsigned const step = bytes == 1 ? 1 : 2 * bytes;
     unsigned const second = bytes == 1 ? 1 : 3;
+    pixel_layout_t const in = byte_layout(src, bytes), to = byte_layout(dst, bytes);
     for (std::uint64_t y = 0; y < dst.m_height; ++y) {
-        unsigned char const* r0 = src.begin() + row_start(src, bytes, 2 * y);
-        unsigned char const* r1 = src.begin() + row_start(src, bytes, 2 * y + 1);
-        unsigned char* out = dst.begin() + row_start(dst, bytes, y);
+        unsigned char const* r0 = src.begin() + in.offset(0, 2 * y);
+        unsigned char const* r1 = src.begin() + in.offset(0, 2 * y + 1);
+        unsigned char* out = dst.begin() + to.offset(0, y);
         for (std::uint64_t x = 0; x < dst.m_width; ++x, r0 += step, r1 += step, out += bytes)
             for (unsigned c = 0; c < bytes; ++c)
                 out[c] = static_cast<unsigned char>(
@@ -123,10 +110,11 @@ void box(image2d_t& dst, image2d_t const& src, unsigned bytes)
 void bayer(image2d_t& dst, image2d_t const& src, unsigned bytes, mosaic_t const& m)
 {
     unsigned const step = 2 * bytes;
+    pixel_layout_t const in = byte_layout(src, bytes), to = byte_layout(dst, bytes);
     for (std::uint64_t y = 0; y < dst.m_height; ++y) {
-        unsigned char const* rows[2] = {src.begin() + row_start(src, bytes, 2 * y),
-                                        src.begin() + row_start(src, bytes, 2 * y + 1)};
-        unsigned char* out = dst.begin() + row_start(dst, bytes, y);
+        unsigned char const* rows[2] = {src.begin() + in.offset(0, 2 * y),
+                                        src.begin() + in.offset(0, 2 * y + 1)};
+        unsigned char* out = dst.begin() + to.offset(0, y);
         for (std::uint64_t x = 0; x < dst.m_width; ++x, out += bytes) {
             std::uint64_t const b = step * x;
             auto const at = [&](tap_t t) -> unsigned { return rows[t.row][b + t.at]; };
@@ -150,7 +138,8 @@ bool reduce(image2d_t& dst, image2d_t const& src, mosaic_t const* mosaic)
     if (dst.m_width == 0 || dst.m_height == 0) return true;
     // Every read lies within the first 2 * width pixels of the first
     // 2 * height rows.
-    if (end_of(src, bytes, 2ull * dst.m_width, 2ull * dst.m_height) > src.size()) return false;
+    if (byte_layout(src, bytes).end(2ull * dst.m_width, 2ull * dst.m_height) > src.size())
+        return false;
     if (mosaic && bytes != 1)
         bayer(dst, src, bytes, *mosaic);
     else

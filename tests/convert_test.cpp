@@ -22,12 +22,6 @@ image2d_t make(e_image_format_t format, e_image_bits_t bits, std::uint32_t w, st
     return img;
 }
 
-unsigned char* at(image2d_t& img, std::uint64_t x, std::uint64_t y)
-{
-    return img.begin() + img.rowsize() * (img.window.skiprows + y) +
-           img.desc.getPixelBits() * (img.window.skippixels + x) / 8;
-}
-
 // Every byte names its pixel and component, so a misplaced byte shows.
 unsigned char tag(std::uint64_t x, std::uint64_t y, int c) { return 40 * y + 8 * x + c; }
 
@@ -39,7 +33,7 @@ struct tagged_t {
         whole = make(format, IMAGE_BITS_8, 5, 3);
         for (std::uint32_t y = 0; y < 3; ++y)
             for (std::uint32_t x = 0; x < 5; ++x)
-                for (std::uint32_t c = 0; c < channels; ++c) at(whole, x, y)[c] = tag(x, y, c);
+                for (std::uint32_t c = 0; c < channels; ++c) whole.pixel(x, y)[c] = tag(x, y, c);
         EXPECT_TRUE(makewindow(win, whole, 1, 1, 3, 2));
     }
 };
@@ -79,8 +73,8 @@ TEST(AlphaChannel, AddsOpaqueAlphaAndDropsItAgain)
     ASSERT_TRUE(rgba2rgb(back, rgba));
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x) {
-            EXPECT_EQ(at(rgba, x, y)[3], 255);
-            for (int c = 0; c < 3; ++c) EXPECT_EQ(at(back, x, y)[c], tag(x + 1, y + 1, c));
+            EXPECT_EQ(rgba.pixel(x, y)[3], 255);
+            for (int c = 0; c < 3; ++c) EXPECT_EQ(back.pixel(x, y)[c], tag(x + 1, y + 1, c));
         }
 }
 
@@ -108,7 +102,7 @@ TEST(PaletteExpansion, TakesEachEntrysHighByteForOneFourAndEightBits)
     bits.begin()[1] = 0x40;  // 0 1
     ASSERT_TRUE(index2rgb(rgb, bits));
     std::string reds;
-    for (int x = 0; x < 10; ++x) reds += at(rgb, x, 0)[0] ? '1' : '0';
+    for (int x = 0; x < 10; ++x) reds += rgb.pixel(x, 0)[0] ? '1' : '0';
     EXPECT_EQ(reds, "1010000001");
 }
 
@@ -142,7 +136,7 @@ TEST(DeepCopy, PacksAWindowIntoOwnRowsWithZeroPadding)
         for (int i = 9; i < 12; ++i) EXPECT_EQ(dst.begin()[12 * y + i], 0);
     }
     dst.begin()[0] = 0;
-    EXPECT_EQ(at(rgb.win, 0, 0)[0], tag(1, 1, 0));
+    EXPECT_EQ(rgb.win.pixel(0, 0)[0], tag(1, 1, 0));
 }
 
 // Nothing in the viewer fills, tints or greys pictures: one case each.
@@ -151,9 +145,9 @@ TEST(ColourOperations, FillClampsWithinTheWindowAddSaturatesMonochromeTruncates)
     tagged_t rgba(IMAGE_FORMAT_RGBA, 4);
     ASSERT_TRUE(fillcolor(rgba.win, color3a(2.0f, -1.0f, NAN, 0.5f)));
     unsigned char const filled[] = {255, 0, 255, 128};
-    EXPECT_EQ(std::string(at(rgba.whole, 3, 2), at(rgba.whole, 3, 2) + 4), std::string(filled, filled + 4));
-    EXPECT_EQ(at(rgba.whole, 4, 1)[0], tag(4, 1, 0));
-    EXPECT_EQ(at(rgba.whole, 1, 0)[0], tag(1, 0, 0));
+    EXPECT_EQ(std::string(rgba.whole.pixel(3, 2), rgba.whole.pixel(3, 2) + 4), std::string(filled, filled + 4));
+    EXPECT_EQ(rgba.whole.pixel(4, 1)[0], tag(4, 1, 0));
+    EXPECT_EQ(rgba.whole.pixel(1, 0)[0], tag(1, 0, 0));
 
     image2d_t img = make(IMAGE_FORMAT_RGBA, IMAGE_BITS_8, 1, 1);
     unsigned char const start[] = {255, 100, 100, 77}, want[] = {255, 151, 0, 77};
@@ -184,7 +178,7 @@ TEST(QuarterTurn, MovesEveryPixelClockwise)
                 if (count == 2) dx = W - 1 - x, dy = H - 1 - y;
                 if (count == 3) dx = W - 1 - y, dy = x;
                 for (int c = 0; c < 3; ++c)
-                    EXPECT_EQ(at(turned, dx, dy)[c], tag(x + 1, y + 1, c));
+                    EXPECT_EQ(turned.pixel(dx, dy)[c], tag(x + 1, y + 1, c));
             }
     }
     image2d_t kept;
@@ -196,11 +190,11 @@ TEST(QuarterTurn, MovesEveryPixelClockwise)
 TEST(Windows, AClippedCornerWindowSharesThePicturesBytes)
 {
     image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300), corner;
-    at(picture, 512, 256)[0] = 42;
+    picture.pixel(512, 256)[0] = 42;
     ASSERT_TRUE(makewindow(corner, picture, 512, 256, 256, 256));
     EXPECT_EQ(corner.m_width, 88u);
     EXPECT_EQ(corner.m_height, 44u);
-    EXPECT_EQ(at(corner, 0, 0)[0], 42);
+    EXPECT_EQ(corner.pixel(0, 0)[0], 42);
 }
 
 TEST(Windows, OriginsAddUpAndAnOriginPastTheWidthKeepsTheWidth)

@@ -186,7 +186,7 @@ TEST_F(GlState, ReadPixelsGivesTheFrontBufferBottomRowFirst)
     EXPECT_EQ(image.m_height, std::uint32_t(viewport[3]));
     EXPECT_EQ(image.desc, (image_desc_t{IMAGE_FORMAT_RGB, IMAGE_TYPE_UINT, IMAGE_BITS_8}));
     unsigned char const* bottom = image.begin();
-    unsigned char const* top = image.begin() + image.rowsize() * (image.m_height - 1);
+    unsigned char const* top = image.pixel(0, image.m_height - 1);
     EXPECT_EQ(bottom[0], 255);
     EXPECT_EQ(top[0], 0);
 

@@ -70,6 +70,36 @@ TEST(RowSize, PadsToTheStoresAlignmentAndStepsByTheWindowsRowLength)
     EXPECT_EQ(record({IMAGE_FORMAT_GRAYSCALE, IMAGE_TYPE_UINT, IMAGE_BITS_1}, 33, 1).rowsize(), 8u);
 }
 
+TEST(Addressing, WindowedPixelsAndTheBytesThatMustBeThere)
+{
+    // RGB 5 x 2 in a window (1, 1) of a 7-pixel row: rows 24 bytes apart.
+    image2d_t rgb = record(kRgb8, 5, 2);
+    rgb.window = {7, 1, 1};
+    EXPECT_EQ(rgb.pixel(2, 1) - rgb.pixel(0, 0), 24 + 2 * 3);
+    // The last pixel ends at 24 * 2 + 3 * 6 = 66 bytes; the row's padding
+    // after it needn't be there, a byte less must.
+    EXPECT_EQ(rgb.layout().end(5, 2), 66u);
+    ASSERT_TRUE(rgb.resize(66, 0));
+    EXPECT_TRUE(rgb.holds_pixels());
+    ASSERT_TRUE(rgb.resize(65, 0));
+    EXPECT_FALSE(rgb.holds_pixels());
+    rgb.m_width = 0;
+    EXPECT_TRUE(rgb.holds_pixels()) << "no pixels need no bytes";
+
+    // 4-bit pixels: pixel 3 starts inside byte 1, and the last byte counts whole.
+    pixel_layout_t const nibbles{4, 4, 0, 0};
+    EXPECT_EQ(nibbles.offset(3, 1), 5u);
+    EXPECT_EQ(nibbles.end(3, 2), 6u);
+    // Sizes from nowhere saturate instead of wrapping to a small count.
+    std::uint64_t const most = std::numeric_limits<std::uint64_t>::max();
+    EXPECT_EQ((pixel_layout_t{most / 2, 8, 0, 0}.end(1, 3)), most);
+
+    image2d_t packed = record(kGray8, 4, 1);
+    ASSERT_TRUE(packed.allocate());
+    packed.compressed = true;
+    EXPECT_FALSE(packed.holds_pixels()) << "compressed bytes are no pixels";
+}
+
 TEST(Allocate, ReservesSkippedRowsAndFailsOnAbsurdSizesKeepingTheBytes)
 {
     image2d_t image = record(kGray8, 4, 10);

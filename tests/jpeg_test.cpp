@@ -69,7 +69,7 @@ struct JpegFiles : zvtest::ScratchFiles {
 void expect_rows(image2d_t const& image, bytes_t const& ref, int stride, int from, int to)
 {
     for (int y = from; y < to; ++y)
-        ASSERT_EQ(0, std::memcmp(image.begin() + image.rowsize() * y,
+        ASSERT_EQ(0, std::memcmp(image.pixel(0, y),
                                  ref.data() + std::size_t(stride) * (image.m_height - 1 - y), stride))
             << "row " << y;
 }
@@ -128,8 +128,8 @@ TEST_F(JpegFiles, SquareUnitPadsWithZeros)
     ASSERT_TRUE(info.decompress(image, data, 16, false, white3ub));
     ASSERT_EQ(48u, image.window.rowlength);
     ASSERT_EQ(image.rowsize() * 48, image.size());
-    EXPECT_EQ(0, image.begin()[image.rowsize() * 22 + 37 * 3]);  // right of the picture
-    EXPECT_EQ(0, image.begin()[image.rowsize() * 47 + 5]);       // above it
+    EXPECT_EQ(0, image.pixel(37, 22)[0]);  // right of the picture
+    EXPECT_EQ(0, image.pixel(1, 47)[2]);   // above it
 }
 
 TEST_F(JpegFiles, UnsupportedLayoutsRefused)
@@ -187,7 +187,7 @@ TEST_F(JpegFiles, SaveThenLoadKeepsPictureUpright)
     long diff = 0;
     for (std::uint64_t y = 0; y < 48; ++y)
         for (std::uint64_t i = 0; i < 64 * 3; ++i)
-            diff += std::abs(back.begin()[back.rowsize() * y + i] - original.begin()[original.rowsize() * y + i]);
+            diff += std::abs(back.pixel(0, y)[i] - original.pixel(0, y)[i]);
     EXPECT_LT(diff / (64 * 48 * 3), 2);  // quality 95, and no row flipped
 
     jpegdata_t saved;

@@ -22,7 +22,7 @@ image2d_t heightmap(std::uint32_t w, std::uint32_t h, std::initializer_list<int>
     EXPECT_TRUE(img.allocate());
     auto it = heights.begin();
     for (std::uint32_t y = 0; y < h; ++y)
-        for (std::uint32_t x = 0; x < w; ++x) img.begin()[img.rowsize() * y + x] = *it++;
+        for (std::uint32_t x = 0; x < w; ++x) *img.pixel(x, y) = *it++;
     return img;
 }
 

@@ -48,7 +48,7 @@ std::vector<std::uint32_t> write_oriented_jpeg(std::string const& path, unsigned
         for (int x = 0; x < kWidth; ++x) {
             // Large flat blocks survive the JPEG round trip recognisably.
             std::uint32_t const c = zvtest::distinct_colour(x / 8, y / 8);
-            unsigned char* p = picture.begin() + picture.rowsize() * (kHeight - 1 - y) + 3 * x;
+            unsigned char* p = picture.pixel(x, kHeight - 1 - y);
             p[0] = (unsigned char)(c >> 16), p[1] = (unsigned char)(c >> 8), p[2] = (unsigned char)c;
         }
     std::string const plain = path + ".plain.jpg";
@@ -65,7 +65,7 @@ std::vector<std::uint32_t> write_oriented_jpeg(std::string const& path, unsigned
     std::vector<std::uint32_t> top_down(kWidth * kHeight);
     for (int y = 0; y < kHeight; ++y)
         for (int x = 0; x < kWidth; ++x) {
-            unsigned char const* p = decoded.begin() + decoded.rowsize() * (kHeight - 1 - y) + 3 * x;
+            unsigned char const* p = decoded.pixel(x, kHeight - 1 - y);
             top_down[y * kWidth + x] = (std::uint32_t(p[0]) << 16) | (std::uint32_t(p[1]) << 8) | p[2];
         }
     return top_down;

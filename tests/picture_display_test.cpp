@@ -133,7 +133,7 @@ libgr::image2d_t distinct_picture(int width, int height, int components)
     for (int y = 0; y < height; ++y)
         for (int x = 0; x < width; ++x) {
             std::uint32_t const c = zvtest::distinct_colour(x, y);
-            unsigned char* p = image.begin() + image.rowsize() * std::size_t(height - 1 - y) + components * x;
+            unsigned char* p = image.pixel(x, std::uint64_t(height - 1 - y));
             p[0] = (unsigned char)(c >> 16), p[1] = (unsigned char)(c >> 8), p[2] = (unsigned char)c;
             if (components == 4) p[3] = 255;
         }

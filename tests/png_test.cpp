@@ -96,7 +96,7 @@ void expect_rows(image2d_t const& image, std::vector<std::string> const& rows)
 {
     ASSERT_EQ(image.m_height, rows.size());
     for (std::size_t y = 0; y < rows.size(); ++y) {
-        unsigned char const* const row = image.begin() + image.rowsize() * y;
+        unsigned char const* const row = image.pixel(0, y);
         EXPECT_EQ(std::string(row, row + rows[0].size()), rows[rows.size() - 1 - y]) << "row " << y;
     }
 }
@@ -111,7 +111,7 @@ image2d_t record_of(image_desc_t desc, std::vector<std::string> const& rows)
     if (image.allocate())
         for (std::size_t y = 0; y < rows.size(); ++y)
             std::copy(rows[y].begin(), rows[y].end(),
-                      image.begin() + image.rowsize() * (rows.size() - 1 - y));
+                      image.pixel(0, rows.size() - 1 - y));
     return image;
 }
 

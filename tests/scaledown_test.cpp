@@ -23,15 +23,14 @@ image2d_t make(e_image_format_t format, std::uint32_t w, std::vector<bytes_t> co
     img.m_height = static_cast<std::uint32_t>(rows.size());
     EXPECT_TRUE(img.allocate());
     for (std::size_t y = 0; y < rows.size(); ++y)
-        std::copy(rows[y].begin(), rows[y].end(), img.begin() + img.rowsize() * y);
+        std::copy(rows[y].begin(), rows[y].end(), img.pixel(0, y));
     return img;
 }
 
 // The bytes of the bottom row's pixels, by the record's own addressing.
 bytes_t row0(image2d_t const& img, std::uint32_t bytes)
 {
-    unsigned char const* p =
-        img.begin() + img.rowsize() * img.window.skiprows + bytes * img.window.skippixels;
+    unsigned char const* p = img.pixel(0, 0);
     return bytes_t(p, p + bytes * img.m_width);
 }
 

@@ -61,7 +61,7 @@ TEST(Snapshot, WritesWhatTheWindowShows)
     ASSERT_EQ(shown.m_width, 800u);
     ASSERT_EQ(shown.m_height, 600u);
     // Row 0 is the bottom. The picture is centred at scale 1; JPEG is lossy.
-    auto const at = [&](int x, int y) { return shown.begin() + shown.rowsize() * y + 3 * x; };
+    auto const at = [&](int x, int y) { return shown.pixel(std::uint64_t(x), std::uint64_t(y)); };
     auto const near = [](unsigned char const* p, std::uint32_t c) {
         return std::abs(p[0] - int(c >> 16)) < 12 && std::abs(p[1] - int((c >> 8) & 0xff)) < 12 &&
                std::abs(p[2] - int(c & 0xff)) < 12;

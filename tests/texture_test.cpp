@@ -62,7 +62,7 @@ image2d_t rgb_picture(std::uint32_t width, std::uint32_t height,
     EXPECT_TRUE(img.allocate());
     for (std::uint32_t y = 0; y < height; ++y) {
         for (std::uint32_t x = 0; x < width; ++x) {
-            unsigned char* p = img.begin() + img.rowsize() * y + 3 * x;
+            unsigned char* p = img.pixel(x, y);
             p[0] = std::uint8_t(x);
             p[1] = std::uint8_t(y);
             p[2] = s_mark;
