@@ -56,7 +56,10 @@ bool zvwfile_t::save(char const* picture) const
     if (!out) return false;
     out.imbue(std::locale::classic());
     out << size << '\n' << matrix << '\n';
+    // Closed before "saved" is told, so that a failure to flush the last
+    // bytes (a full disk) counts as a failed save.
     out.close();
+    if (!out) return false;
     if (zanolib::g_option.verbose) std::cout << path << ": zvwfile saved." << std::endl;
     return true;
 }

@@ -190,7 +190,9 @@ bool bmpimage_t::save(char const* path, libutils::android_app* /*app*/)
     m_infoheader.biSize = bmp::kInfoHeaderSize;
     write_headers(out, m_fileheader, m_infoheader);
     out.write(reinterpret_cast<char const*>(m_pixels.begin()), static_cast<std::streamsize>(data));
-    return out.good();
+    // Closed here, so that a failure to flush the last bytes counts.
+    out.close();
+    return !out.fail();
 }
 
 // ---------------------------------------------------------------- converts

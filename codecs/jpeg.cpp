@@ -200,11 +200,12 @@ bool jpegdata_t::save(char const* path, libutils::android_app* /*app*/)
         return false;
     }
     if (!empty()) file.write(reinterpret_cast<char const*>(begin()), size());
-    if (!file.good()) {
+    // Closed before the check, so that a failure to flush the last bytes counts.
+    file.close();
+    if (!file) {
         libutils::error();
         return false;
     }
-    file.close();
     name = path;
     return true;
 }

@@ -311,7 +311,12 @@ int savepng(char const* path, image2d_t const& image, char const* title,
     }
     row_table_t rows;
     int const status = write_png(file, image, colortype, depth, title, rows);
-    std::fclose(file);
+    // The last bytes reach the file only as it closes: a close that fails is
+    // a write that failed.
+    if (std::fclose(file) != 0 && status == 0) {
+        libutils::error();
+        return -4;
+    }
     return status;
 }
 

@@ -33,8 +33,17 @@ void* alloc_new::allocate(unsigned long& size, char const* path, e_prot_t /*prot
     }
     // Zeroed, so that a file shorter than `size` leaves defined bytes behind it.
     unsigned char* p = new (std::nothrow) unsigned char[size]();
-    if (p && file) std::fread(p, 1, size, file);
-    if (file) std::fclose(file);
+    if (p && file) {
+        // Fewer bytes than asked for is the end of the file, which the zeros
+        // stand for; an error of the read is not, and gives no buffer.
+        std::size_t const got = std::fread(p, 1, size, file);
+        if (got < size && std::ferror(file)) {
+            delete[] p;
+            p = nullptr;
+        }
+    }
+    // NOTE: the file was only read; a failing close loses nothing.
+    if (file) static_cast<void>(std::fclose(file));
     if (p) this->size = size;
     return p;
 }
@@ -117,7 +126,9 @@ void* alloc_mmap_unix::reallocate(void* p, unsigned long size, unsigned long lon
 void alloc_mmap_unix::deallocate(void* p)
 {
     if (p) ::munmap(p, size);
-    if (fd >= 0) ::close(fd);
+    // NOTE: writes went through the mapping, which is gone by now; closing
+    // the descriptor can't lose them, and a failure leaves nothing to do.
+    if (fd >= 0) static_cast<void>(::close(fd));
     fd = -1;
     size = 0;
 }
