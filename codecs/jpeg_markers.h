@@ -1,23 +1,13 @@
-// JPEG marker codes and the codec's fixed sizes. Reference: ITU-T T.81
-// (ISO/IEC 10918-1), Table B.1 "Marker code assignments"; libjpeg's
-// doc/libjpeg.txt on source and destination managers and saved markers.
-// Private to codecs/.
+// The JPEG codec's fixed sizes and settings; the marker codes are in
+// metadata/jpeg_codes.h. Reference: libjpeg's doc/libjpeg.txt on source and
+// destination managers and saved markers. Private to codecs/.
 #ifndef ZANOVIEW_CODECS_JPEG_MARKERS_H
 #define ZANOVIEW_CODECS_JPEG_MARKERS_H
 
+#include "metadata/jpeg_codes.h"
+
 namespace libgr {
 namespace jpeg {
-
-// Every marker is this byte followed by its code; inside entropy-coded data
-// a data byte of this value is followed by a stuffed zero instead.
-constexpr unsigned char kMarkerPrefix = 0xFF;
-constexpr unsigned char kStuffedZero = 0x00;
-
-constexpr unsigned char kSOI = 0xD8;   // start of image
-constexpr unsigned char kEOI = 0xD9;   // end of image
-constexpr unsigned char kAPP0 = 0xE0;  // APP0 to APP15 follow in order
-constexpr unsigned char kCOM = 0xFE;   // comment
-constexpr unsigned int kAppCount = 16;
 
 // A marker's length field counts itself: 65535 keeps any APPn or COM whole.
 constexpr unsigned int kMarkerLengthLimit = 65535;  // bytes

@@ -1,23 +1,17 @@
-// JPEG marker codes and the payload layouts of the baseline segments.
-// Reference: ITU-T T.81 | ISO/IEC 10918-1, Annex B (Table B.1 for the
-// marker codes, B.2.2 to B.2.4 for the frame, scan, quantisation, Huffman
-// and restart segments) and Figure A.6 for the zigzag order.
+// The payload layouts of the baseline JPEG segments; their marker codes are
+// in jpeg_codes.h. Reference: ITU-T T.81 | ISO/IEC 10918-1, Annex B (B.2.2
+// to B.2.4 for the frame, scan, quantisation, Huffman and restart segments)
+// and Figure A.6 for the zigzag order.
 // Private to metadata/. A payload is what follows a segment's length field.
 #ifndef ZANOVIEW_METADATA_JPEG_MARKERS_H
 #define ZANOVIEW_METADATA_JPEG_MARKERS_H
 
 #include <cstdint>
 
+#include "metadata/jpeg_codes.h"
+
 namespace libgr {
 namespace jpeg {
-
-constexpr unsigned char kMarkerPrefix = 0xFF;
-constexpr unsigned char kSOF0 = 0xC0;  // baseline frame
-constexpr unsigned char kDHT = 0xC4;
-constexpr unsigned char kSOI = 0xD8;
-constexpr unsigned char kSOS = 0xDA;
-constexpr unsigned char kDQT = 0xDB;
-constexpr unsigned char kDRI = 0xDD;
 
 // SOF0: offsets into the payload.
 constexpr unsigned long kSofPrecision = 0;  // u8, bits a sample

@@ -44,7 +44,7 @@ public:
     {
         if (m_p >= m_end) return false;
         value = *m_p++;
-        if (value == 0xFF && m_p < m_end && *m_p == 0x00) ++m_p;
+        if (value == jpeg::kMarkerPrefix && m_p < m_end && *m_p == jpeg::kStuffedZero) ++m_p;
         return true;
     }
 
