@@ -6,7 +6,6 @@
 #include <iostream>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "geometry/vector.h"

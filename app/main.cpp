@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <iostream>
 
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "app/viewwindow.h"

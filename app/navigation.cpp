@@ -8,7 +8,6 @@
 #include <string>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "app/messages.h"

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "app/zvwfile.h"

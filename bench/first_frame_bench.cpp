@@ -17,7 +17,6 @@
 #include <vector>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "codecs/bmp2.h"

@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 namespace {

@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "gl/beginner.h"

@@ -7,7 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "tests/support/gl_context.h"

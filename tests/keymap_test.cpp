@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 using namespace wenk;

@@ -15,7 +15,6 @@
 #include <unistd.h>
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "app/zvwfile.h"

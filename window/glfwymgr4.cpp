@@ -1,6 +1,5 @@
 #include "window/glfwymgr4.h"
 
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 #include "window/keymap.h"

@@ -1,7 +1,6 @@
 #include "tests/support/gl_context.h"
 
 #include "glext/glext.h"
-#define GLFW_INCLUDE_NONE
 #include <GLFW/glfw3.h>
 
 namespace zvtest {
