@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
 """Writes the generated half of the GL extension loader.
 
-Reads the system's GL/gl.h and GL/glext.h together with the name lists
-beside this script, and writes into the output directory:
+Reads the facts of the system's GL headers from gl_facts.txt (written by
+extract_gl_facts.py) together with the name lists beside this script, and
+writes into the output directory:
 
   gl_names.gen.h   GL types, every enumerant of both headers, the pointer
                    types and extern declarations of the entry points we
@@ -14,15 +15,17 @@ Run from the repository root:
 
   python3 glext/gen/make_glext.py --out glext/gen
 
-The headers are read as text, never compiled: the output must not depend on
-which macros a compiler happens to define, and no translation unit of ours
-includes them.
+The system's headers are not read here: the output is the same on any
+machine.
 """
 
 import argparse
 import os
 import re
 import sys
+
+sys.dont_write_bytecode = True  # nothing is written beside the sources
+from gl_facts import FactsError, read_facts  # noqa: E402
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 COMMAND = "python3 glext/gen/make_glext.py --out glext/gen"
@@ -58,6 +61,9 @@ class GeneratorError(Exception):
     pass
 
 
+FACTS = "glext/gen/gl_facts.txt"
+
+
 # ---------------------------------------------------------------------------
 # Reading the inputs
 
@@ -75,186 +81,32 @@ def read_list(name):
     return names
 
 
-class Function:
-    def __init__(self, name, ret, params):
-        self.name = name
-        self.ret = " ".join(ret.split())
-        self.params = " ".join(params.split()) or "void"
-
-    @property
-    def pfn(self):
-        return "PFN" + self.name.upper() + "PROC"
-
-
-class Section:
-    """One `#ifndef GL_x / #define GL_x 1 ... #endif` block of a header."""
-
-    def __init__(self, name, after_include=False):
-        self.name = name
-        self.after_include = after_include  # in gl.h, behind its #include of glext.h
-        self.enums = []      # (name, value), in header order
-        self.functions = []  # Function, in header order
-
-
-class Header:
-    def __init__(self, path):
-        self.path = path
-        self.types = []       # lines of C++, in header order
-        self.type_names = []
-        self.sections = []    # Section; unnamed ones hold what no block encloses
-        self.functions = {}   # name -> Function
-        self.glext_version = None
-
-
-DEFINE = re.compile(r"#define\s+(GL_\w+)\s+(\S+)\s*(?:/\*.*\*/)?$")
-PROTOTYPE = re.compile(
-    r"GLAPI\s+(?P<ret>.+?)\s*\b(?:GLAPIENTRY|APIENTRY)\s+(?P<name>gl\w+)\s*"
-    r"\((?P<params>.*)\)\s*;$")
-PLAIN_TYPEDEF = re.compile(r"typedef\s+(?P<type>[\w\s\*]+?)\s*(?P<name>\w+)\s*;$")
-CALLBACK_TYPEDEF = re.compile(
-    r"typedef\s+(?P<ret>\w+)\s*\(\s*APIENTRY\s*\*\s*(?P<name>\w+)\s*\)\s*\((?P<params>.*)\)\s*;$")
-FORWARD_STRUCT = re.compile(r"struct\s+(\w+)\s*;$")
-
-
-def is_feature_macro(name, value):
-    # Extension and version names are defined to 1 and, unlike enumerants,
-    # either carry lower case letters or name a version.
-    return value == "1" and (re.search(r"[a-z]", name) is not None
-                             or re.match(r"GL_VERSION_\d+_\d+$", name) is not None)
-
-
-def statements(path):
-    """Lines of a header with multi-line prototypes joined into one."""
-    with open(path, encoding="latin-1") as f:
-        lines = [line.rstrip() for line in f]
-    pending = None
-    for line in lines:
-        if not line.lstrip().startswith("#endif"):
-            # (an #endif keeps its comment: it names the section it closes)
-            line = re.sub(r"/\*.*?\*/", "", line)
-        if pending is not None:
-            pending += " " + line.strip()
-            if pending.endswith(";"):
-                yield pending
-                pending = None
-            continue
-        stripped = line.strip()
-        if stripped.startswith("GLAPI ") and not stripped.endswith(";"):
-            pending = stripped
-            continue
-        yield stripped
-    if pending is not None:
-        raise GeneratorError(f"{path}: unterminated prototype")
-
-
-def parse_header(path, split_at_include=None):
-    """Reads types, enumerants and prototypes, with their section.
-
-    Only the non-Apple branch of `#ifdef __APPLE__` counts: this is Linux.
-    """
-    header = Header(path)
-    top = current = Section(None)
-    header.sections.append(current)
-    guard = None
-    apple = None  # None outside `#ifdef __APPLE__`, else True/False per branch
-
-    def add_type(name, text):
-        if name not in header.type_names:
-            header.type_names.append(name)
-            header.types.append(text)
-
-    for line in statements(path):
-        if line.startswith("#ifdef __APPLE__"):
-            apple = True
-            continue
-        if apple is not None:
-            if line.startswith("#else"):
-                apple = False
-                continue
-            if line.startswith("#endif"):
-                apple = None
-                continue
-            if apple:
-                continue
-
-        m = re.match(r"#ifndef\s+(GL_\w+)$", line)
-        if m:
-            guard = m.group(1)
-            continue
-        m = re.match(r"#define\s+(GL_\w+)\s+1$", line)
-        if m and m.group(1) == guard:
-            current = Section(guard, top.after_include)
-            header.sections.append(current)
-            guard = None
-            continue
-        guard = None
-        m = re.match(r"#endif\s*/\*\s*(GL_\w+)\s*\*/", line)
-        if m and m.group(1) == current.name:
-            current = top
-            continue
-
-        m = re.match(r"#define\s+GL_GLEXT_VERSION\s+(\d+)$", line)
-        if m:
-            header.glext_version = m.group(1)
-            continue
-        m = DEFINE.match(line)
-        if m:
-            if not is_feature_macro(m.group(1), m.group(2)):
-                current.enums.append((m.group(1), m.group(2)))
-            continue
-
-        if line.startswith("GLAPI "):
-            m = PROTOTYPE.match(line)
-            if not m:
-                raise GeneratorError(f"{path}: cannot read prototype: {line}")
-            fn = Function(m.group("name"), m.group("ret"), m.group("params"))
-            if fn.name not in header.functions:
-                header.functions[fn.name] = fn
-                current.functions.append(fn)
-            continue
-
-        if line.startswith("typedef"):
-            if "PFN" in line:
-                continue  # we write our own pointer types
-            m = CALLBACK_TYPEDEF.match(line)
-            if m:
-                params = re.sub(r"\s*,\s*", ", ", " ".join(m.group("params").split()))
-                add_type(m.group("name"),
-                         f"typedef {m.group('ret')} (*{m.group('name')})({params});")
-                continue
-            m = PLAIN_TYPEDEF.match(line)
-            if not m:
-                raise GeneratorError(f"{path}: cannot read typedef: {line}")
-            base = " ".join(m.group("type").split())
-            if base.startswith("khronos_"):
-                if base not in KHRONOS_TYPES:
-                    raise GeneratorError(f"{path}: unknown type {base}")
-                base = KHRONOS_TYPES[base]
-            if base.endswith("*"):
-                add_type(m.group("name"), f"typedef {base.rstrip('* ')} *{m.group('name')};")
-            else:
-                add_type(m.group("name"), f"typedef {base} {m.group('name')};")
-            continue
-        m = FORWARD_STRUCT.match(line)
-        if m:
-            add_type("struct " + m.group(1), line)
-            continue
-
-        if split_at_include and line.startswith("#include") and split_at_include in line:
-            # What follows in gl.h comes after glext.h when both are read.
-            top = current = Section(None, after_include=True)
-            header.sections.append(current)
-    return header
-
-
 # ---------------------------------------------------------------------------
 # The model of what we write
 
 
+def type_line(t):
+    """A type of the facts as a line of C++."""
+    if t.kind == "struct":
+        return f"struct {t.name};"
+    if t.kind == "callback":
+        ret, params = t.fields
+        return f"typedef {ret} (*{t.name})({params});"
+    base = t.fields[0]
+    if base.startswith("khronos_"):
+        if base not in KHRONOS_TYPES:
+            raise GeneratorError(f"unknown type {base}")
+        base = KHRONOS_TYPES[base]
+    if base.endswith("*"):
+        return f"typedef {base.rstrip('* ')} *{t.name};"
+    return f"typedef {base} {t.name};"
+
+
 class Model:
-    def __init__(self, gl, glext, extensions, core_1_1, core_1_0, core_direct):
+    def __init__(self, gl, glext, glext_version, extensions, core_1_1, core_1_0, core_direct):
         self.gl = gl
         self.glext = glext
+        self.glext_version = glext_version
         self.extensions = extensions
         self.core_1_1 = core_1_1
         self.core_1_0 = core_1_0
@@ -363,9 +215,10 @@ def provenance(model, what):
     return (
         f"// {what}\n"
         "//\n"
-        f"// Generated by glext/gen/make_glext.py from {model.gl.path} and\n"
-        f"// {model.glext.path} (GL_GLEXT_VERSION {model.glext.glext_version}) with the\n"
-        "// lists in glext/gen/, by this command in the repository root:\n"
+        "// Generated by glext/gen/make_glext.py from the lists in glext/gen/ and\n"
+        f"// {FACTS}, the facts of {model.gl.path} and\n"
+        f"// {model.glext.path} (GL_GLEXT_VERSION {model.glext_version}), by this\n"
+        "// command in the repository root:\n"
         f"//   {COMMAND}\n"
         "// Do not edit: change the generator or its lists, then build the target\n"
         f"// {REGEN_TARGET} (only ever run by hand) and commit the result.\n"
@@ -392,8 +245,9 @@ def write_header(model):
            "",
            "// ---- Types",
            ""]
-    out += model.gl.types + [t for n, t in zip(model.glext.type_names, model.glext.types)
-                             if n not in model.gl.type_names]
+    gl_names = model.gl.type_names()
+    out += [type_line(t) for t in model.gl.types]
+    out += [type_line(t) for t in model.glext.types if t.name not in gl_names]
 
     out += ["", "// ---- Enumerants"]
     for label, enums in model.enum_blocks():
@@ -478,23 +332,18 @@ def write_source(model):
 def main():
     parser = argparse.ArgumentParser(description=__doc__.split("\n")[0])
     parser.add_argument("--out", required=True, help="directory to write into")
-    parser.add_argument("--gl-h", default="/usr/include/GL/gl.h")
-    parser.add_argument("--glext-h", default="/usr/include/GL/glext.h")
     args = parser.parse_args()
 
     try:
-        gl = parse_header(args.gl_h, split_at_include="GL/glext.h")
-        glext = parse_header(args.glext_h)
-        if glext.glext_version is None:
-            raise GeneratorError(f"{args.glext_h}: no GL_GLEXT_VERSION")
-        model = Model(gl, glext,
+        headers, version = read_facts(os.path.join(HERE, "gl_facts.txt"))
+        model = Model(headers["gl.h"], headers["glext.h"], version,
                       read_list("extensions.txt"), read_list("core_1_1.txt"),
                       read_list("core_1_0.txt"), read_list("core_direct.txt"))
         files = {"gl_names.gen.h": write_header(model),
                  "gl_init.gen.cpp": write_source(model)}
         # Generated blocks may leave runs of blank lines; keep one.
         files = {k: re.sub(r"\n{3,}", "\n\n", v) for k, v in files.items()}
-    except (GeneratorError, OSError) as e:
+    except (GeneratorError, FactsError, OSError) as e:
         print(f"make_glext: {e}", file=sys.stderr)
         return 1
 
