@@ -41,9 +41,8 @@ class Catalogue : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char name[] = "/tmp/zv_message_XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        root = name;
+        root = zvtest::make_temp_dir("zv_message_");
+        ASSERT_FALSE(root.empty());
     }
     void TearDown() override
     {

@@ -13,6 +13,8 @@
 
 #include "utils/path.h"
 
+#include "tests/support/temp_dir.h"
+
 namespace lu = libutils;
 
 namespace {
@@ -101,7 +103,8 @@ class Searchpath : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        ASSERT_TRUE(std::filesystem::create_directory(m_dir));
+        m_dir = zvtest::make_temp_dir("zv_search_");
+        ASSERT_FALSE(m_dir.empty());
         std::ofstream(m_dir + "/zv_target.msg") << "x";
     }
     void TearDown() override
@@ -109,7 +112,7 @@ protected:
         setenv("PATH", m_path.c_str(), 1);
         std::filesystem::remove_all(m_dir);
     }
-    std::string const m_dir = "/tmp/zv_search_" + std::to_string(getpid());
+    std::string m_dir;
     std::string const m_path = std::getenv("PATH") ? std::getenv("PATH") : "";
 };
 

@@ -25,9 +25,8 @@ class UserDefault : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char name[] = "/tmp/zv_userdefault_XXXXXX";
-        ASSERT_NE(mkdtemp(name), nullptr);
-        dir = name;
+        dir = zvtest::make_temp_dir("zv_userdefault_");
+        ASSERT_FALSE(dir.empty());
     }
     void TearDown() override
     {

@@ -14,6 +14,8 @@
 #include "geometry/matrix.h"
 #include "options/option.h"
 
+#include "tests/support/temp_dir.h"
+
 using namespace libgr;
 using zanoview2::make_zvwpath;
 using zanoview2::zvwfile_t;
@@ -27,9 +29,8 @@ class ZvwFile : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        char tmpl[] = "/tmp/zvwfile_test.XXXXXX";
-        ASSERT_NE(mkdtemp(tmpl), nullptr);
-        m_dir = tmpl;
+        m_dir = zvtest::make_temp_dir("zvwfile_test.");
+        ASSERT_FALSE(m_dir.empty());
         m_picture = m_dir + "/a.jpg";
         m_zvw = m_dir + "/a.zvw";
     }

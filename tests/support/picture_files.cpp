@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <fstream>
 
+#include "tests/support/temp_dir.h"
+
 namespace zvtest {
 
 namespace {
@@ -64,8 +66,7 @@ std::uint32_t distinct_colour(int x, int y)
 
 TempDir::TempDir()
 {
-    char name[] = "/tmp/zvtest-pictures.XXXXXX";
-    m_path = mkdtemp(name);
+    m_path = make_temp_dir("zvtest-pictures.");
 }
 
 TempDir::~TempDir()

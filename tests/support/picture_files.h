@@ -18,7 +18,8 @@ using pixel_fn = std::function<std::uint32_t(int x, int y)>;
 // shows; never the viewer's background gray.
 std::uint32_t distinct_colour(int x, int y);
 
-// A directory under /tmp, removed with everything in it at destruction.
+// A fresh directory under $TMPDIR (see temp_dir.h), removed with everything
+// in it at destruction.
 class TempDir {
 public:
     TempDir();

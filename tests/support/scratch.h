@@ -13,6 +13,8 @@
 #include <sstream>
 #include <string>
 
+#include "tests/support/temp_dir.h"
+
 namespace zvtest {
 
 inline std::string read_file(std::string const& path)
@@ -24,7 +26,11 @@ inline std::string read_file(std::string const& path)
 // A directory of the test process's own, removed with its files after each test.
 class ScratchFiles : public ::testing::Test {
 protected:
-    void SetUp() override { ASSERT_TRUE(std::filesystem::create_directory(m_dir)); }
+    void SetUp() override
+    {
+        m_dir = make_temp_dir("zv_test_");
+        ASSERT_FALSE(m_dir.empty());
+    }
     void TearDown() override { std::filesystem::remove_all(m_dir); }
     std::string path(std::string const& name) const { return m_dir + "/" + name; }
     std::string write(std::string const& name, std::string const& data) const
@@ -32,7 +38,7 @@ protected:
         std::ofstream(path(name), std::ios::binary) << data;
         return path(name);
     }
-    std::string const m_dir = "/tmp/zv_test_" + std::to_string(getpid());
+    std::string m_dir;
 };
 
 // Sends what a stream receives to a string while it lives. Only the buffer

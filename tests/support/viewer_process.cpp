@@ -20,6 +20,8 @@
 #include <sstream>
 #include <thread>
 
+#include "tests/support/temp_dir.h"
+
 extern char** environ;
 
 namespace zvtest {
@@ -101,8 +103,7 @@ int run_command(std::vector<std::string> const& argv)
 ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
                              std::vector<std::string> const& extra_env, output_t output)
 {
-    char tmpl[] = "/tmp/zvtest.XXXXXX";
-    m_dir = mkdtemp(tmpl);
+    m_dir = make_temp_dir("zvtest.");
 
     // The viewer's glfwTerminate unloads the GL driver before a sanitizer's
     // leak check runs, and the driver's one-time allocations then can't be
