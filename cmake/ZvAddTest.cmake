@@ -6,6 +6,8 @@
 #   behaviour. DISPLAY marks tests that need an X server: they get the
 #   label "display", run one at a time, under the Xvfb that test.sh starts.
 #   ENV sets environment variables for every test of the program.
+#   A parameterised suite gives its cases readable names with a name
+#   generator, the last argument of INSTANTIATE_TEST_SUITE_P.
 #   Every test runs with the build directory as its working directory and
 #   knows it as ZV_BUILD_DIR, and the repository as ZV_SOURCE_DIR.
 include(GoogleTest)
@@ -27,7 +29,11 @@ function(zv_add_test)
   if(ARG_ENV)
     list(APPEND properties ENVIRONMENT "${ARG_ENV}")
   endif()
+  # A parameterised suite names its cases with a name generator
+  # ("Tiling.CutsTheGrid/Picture600x300"); CTest's name then leaves out the
+  # printed parameter, which for a struct is its bytes, pointers included.
   gtest_discover_tests(${ARG_NAME}
+    NO_PRETTY_VALUES
     WORKING_DIRECTORY ${CMAKE_BINARY_DIR}
     DISCOVERY_TIMEOUT 30
     PROPERTIES ${properties} TIMEOUT 120)

@@ -124,4 +124,7 @@ TEST_P(UprightOnScreen, TurnedByTheViewNotInMemory)
 
 INSTANTIATE_TEST_SUITE_P(ExifOrientations, UprightOnScreen,
                          ::testing::Values(orientation_case{1, 0}, orientation_case{3, 2},
-                                           orientation_case{6, 1}, orientation_case{8, 3}));
+                                           orientation_case{6, 1}, orientation_case{8, 3}),
+                         [](::testing::TestParamInfo<orientation_case> const& info) {
+                             return "Exif" + std::to_string(info.param.orientation);
+                         });

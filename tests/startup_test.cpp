@@ -137,7 +137,11 @@ TEST_P(Quit, EndsWithStatusZero)
     EXPECT_EQ(viewer.err(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(ByKeyOrCloseButton, Quit, ::testing::Values("q", "Escape", "close"));
+INSTANTIATE_TEST_SUITE_P(ByKeyOrCloseButton, Quit, ::testing::Values("q", "Escape", "close"),
+                         [](::testing::TestParamInfo<char const*> const& info) {
+                             std::string const how = info.param;
+                             return how == "close" ? std::string("CloseButton") : "Key_" + how;
+                         });
 
 // A script or a person watching the viewer through a pipe sees each line as
 // it is written, not when the viewer exits: the line of the "W" key arrives

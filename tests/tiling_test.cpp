@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
 using namespace libgr;
@@ -71,19 +72,22 @@ INSTANTIATE_TEST_SUITE_P(
                     {{0, 0, 256, 256}, {256, 0, 256, 256}, {512, 0, 88, 256},
                      {0, 256, 256, 44}, {256, 256, 256, 44}, {512, 256, 88, 44}}},
         tiling_case{1, 1, 1, 1, 1.0f, 1.0f, {{0, 0, 1, 1}}},
-        tiling_case{257, 10, 2, 1, 257.0f / 256, 10.0f / 256, {{0, 0, 256, 10}, {256, 0, 1, 10}}}));
+        tiling_case{257, 10, 2, 1, 257.0f / 256, 10.0f / 256, {{0, 0, 256, 10}, {256, 0, 1, 10}}}),
+    [](::testing::TestParamInfo<tiling_case> const& info) {
+        return "Picture" + std::to_string(info.param.width) + "x" + std::to_string(info.param.height);
+    });
 
 TEST(TilingCopies, TilesOwnTheirPixelsWithoutWindows)
 {
     image2d_t picture = rgb_picture(300, 10);
-    picture.begin()[picture.rowsize() * 5 + 3 * 290] = 77;  // pixel (290, 5)
+    picture.pixel(290, 5)[0] = 77;
     multi_square_image_t tiles;
     ASSERT_TRUE(zanolib::rectangle_to_squares(tiles, picture, 256, false));
     ASSERT_EQ(tiles.m_squares.size(), 2u);
     image2d_t const& right = tiles.m_squares[1];
     EXPECT_NE(right.begin(), picture.begin());
     EXPECT_EQ(right.m_width, 44u);
-    EXPECT_EQ(right.begin()[right.rowsize() * 5 + 3 * 34], 77);
+    EXPECT_EQ(right.pixel(34, 5)[0], 77);
 }
 
 TEST(TilingRefusals, CompressedPicturesAreNotCut)
