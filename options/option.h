@@ -45,6 +45,12 @@ struct option_t {
     option_xy_t maxmargin;  // pixels
     option_xy_t maxsize;    // pixels
     uint32_t cursor_movement;  // 0 panning, 1 camera
+    // NOTE: magsmooth, move_limit, doubleclick_interval, menu and single are
+    // parsed, listed in the help and saved with the defaults, and read by
+    // nothing else: they have no effect today. They stay so that command
+    // lines and default files naming them still parse. The key "g" keeps its
+    // own smooth-or-sharp state per picture; there is no menu and no
+    // double-click; the buffers are always double.
     bool magsmooth;
     bool move_limit;
     uint32_t doubleclick_interval;  // milliseconds
@@ -53,8 +59,8 @@ struct option_t {
     option_color_t framecolor;
     bool reproduce;
     bool resetview;
-    bool menu;
-    bool single;
+    bool menu;    // NOTE: no effect, see magsmooth
+    bool single;  // NOTE: no effect, see magsmooth
 };
 
 extern option_t g_option;
