@@ -71,7 +71,7 @@ TEST(Window, OpensAtTheDefaultSizeWithTheEmptyTitle)
     zvtest::TempDir empty;
     ViewerProcess viewer({empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
-    zvtest::geometry_t const g = viewer.geometry();
+    zvtest::geometry_t const g = viewer.sized_geometry(800, 600);
     EXPECT_EQ(g.width, 800);
     EXPECT_EQ(g.height, 600);
     EXPECT_EQ(viewer.title(), zvtest::catalogue_line(0) + " - " + zvtest::catalogue_line(1));
@@ -86,8 +86,9 @@ TEST(Window, TakesItsSizeFromTheWinsizeOption)
     zvtest::TempDir empty;
     ViewerProcess viewer({"-winsize", "1024x768", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
-    EXPECT_EQ(viewer.geometry().width, 1024);
-    EXPECT_EQ(viewer.geometry().height, 768);
+    zvtest::geometry_t const g = viewer.sized_geometry(1024, 768);
+    EXPECT_EQ(g.width, 1024);
+    EXPECT_EQ(g.height, 768);
 }
 
 TEST(Window, WorkAreaTypeCoversTheScreenFromTheOrigin)
@@ -96,7 +97,7 @@ TEST(Window, WorkAreaTypeCoversTheScreenFromTheOrigin)
     zvtest::TempDir empty;
     ViewerProcess viewer({"-wintype", "2", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
-    zvtest::geometry_t const g = viewer.geometry();
+    zvtest::geometry_t const g = viewer.sized_geometry(1280, 1024);
     EXPECT_EQ(g.x, 0);
     EXPECT_EQ(g.y, 0);
     EXPECT_EQ(g.width, 1280);
@@ -108,8 +109,9 @@ TEST(Window, MaximizeTypeIsAnOrdinaryWindow)
     zvtest::TempDir empty;
     ViewerProcess viewer({"-wintype", "1", empty.path()}, clean_env());
     ASSERT_TRUE(viewer.wait_window());
-    EXPECT_EQ(viewer.geometry().width, 800);
-    EXPECT_EQ(viewer.geometry().height, 600);
+    zvtest::geometry_t const g = viewer.sized_geometry(800, 600);
+    EXPECT_EQ(g.width, 800);
+    EXPECT_EQ(g.height, 600);
 }
 
 TEST(Window, SleepsWhileNothingHappens)

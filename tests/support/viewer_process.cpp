@@ -238,6 +238,14 @@ geometry_t ViewerProcess::geometry() const
     return g;
 }
 
+geometry_t ViewerProcess::sized_geometry(int width, int height, double seconds) const
+{
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    geometry_t g;
+    while (((g = geometry()).width != width || g.height != height) && clock_type::now() < until) pause_ms(20);
+    return g;
+}
+
 screenshot_t ViewerProcess::screenshot() const
 {
     screenshot_t shot;

@@ -66,6 +66,9 @@ public:
     unsigned long window() const { return m_window; }
     std::string title() const;
     geometry_t geometry() const;
+    // The geometry once the window is `width` by `height`, or as it is after
+    // `seconds`. The window maps at GLFW's size before the viewer sizes it.
+    geometry_t sized_geometry(int width, int height, double seconds = 10) const;
     screenshot_t screenshot() const;
     // A screenshot once the window has been drawn and holds still: two
     // shots in a row alike and not all black, or the last one after
