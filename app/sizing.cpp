@@ -1,13 +1,15 @@
 // The sizing policy: when a picture comes up, the window adapts to the
 // picture, the picture to the window, or neither, as the options say.
-#include "app/viewwindow.h"
+#include "app/sizing.h"
 
+#include <cassert>
 #include <iostream>
 #include <utility>
 
 #include "glext/glext.h"
 #include <GLFW/glfw3.h>
 
+#include "app/viewwindow.h"
 #include "app/zvwfile.h"
 #include "geometry/text.h"
 #include "options/option.h"
@@ -33,6 +35,21 @@ enum : uint32_t {
 };
 
 }  // namespace
+
+float stored_view_scale(libgr::direction2l_t const& window, libgr::direction2l_t const& stored)
+{
+    assert(stored != 0);
+    libgr::direction2_t const ratio = libgr::direction2(window) / libgr::direction2(stored);
+    if (stored.x == 0) return ratio.y;
+    if (stored.y == 0) return ratio.x;
+    return libgr::min1(ratio);
+}
+
+float reshape_scale(std::int32_t height, std::int32_t old_height)
+{
+    if (height == 0 || old_height == 0) return 1.0f;
+    return float(height) / float(old_height);
+}
 
 bool ViewWindow::residue(bool resize)
 {
@@ -60,9 +77,8 @@ bool ViewWindow::residue_resume(bool resize)
         // Without a stored size there is nothing to scale against; the
         // picture then stands as loaded, its stored view ignored too.
         if (stored.size != 0) {
-            float const f = libgr::min1(libgr::direction2(win) / libgr::direction2(stored.size));
             setMatrix(stored.matrix);
-            setScale(f);
+            setScale(stored_view_scale(win, stored.size));
         }
         break;
     case RESIZE_NEITHER:
@@ -148,9 +164,12 @@ bool ViewWindow::residue_set_window_size(libgr::direction2l_t const& target,
 void ViewWindow::go_center()
 {
     scene.Origin();
-    float const m = libgr::max1(libgr::direction2(getCurrentImageSize()) / libgr::direction2(get_window_size()));
-    // Without a picture the size is 0,0 and so is m: the scale stays.
-    if (m != 0.0f) setScale(zanolib::g_option.image_ratio_of_window / m);
+    libgr::direction2l_t const picture = getCurrentImageSize();
+    // Without a picture the size is 0,0: nothing to fit, the scale stays.
+    // A picture has both sides, so the ratios below are never 0 / 0.
+    if (picture.x == 0 || picture.y == 0) return;
+    float const m = libgr::max1(libgr::direction2(picture) / libgr::direction2(get_window_size()));
+    setScale(zanolib::g_option.image_ratio_of_window / m);
 }
 
 libgr::direction2l_t ViewWindow::getCurrentImageSize() const

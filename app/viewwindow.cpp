@@ -7,6 +7,7 @@
 #include <GLFW/glfw3.h>
 
 #include "app/messages.h"
+#include "app/sizing.h"
 #include "app/workarea.h"
 #include "geometry/text.h"
 #include "options/message.h"
@@ -145,7 +146,7 @@ void ViewWindow::reshape(int width, int height)
     } else if (option.resizetype == 1) {
         // The picture keeps its share of the window's height; the width's
         // ratio is left out on purpose.
-        float const f = height == oldwinsize.y ? 1.0f : float(height) / float(oldwinsize.y);
+        float const f = reshape_scale(height, oldwinsize.y);
         if (option.debug) std::cout << "re-shape scale factor is " << f << std::endl;
         scene.Scale(f, 0.0f);
     }

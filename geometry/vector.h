@@ -138,12 +138,12 @@ constexpr direction2_t operator*(direction2_t const& a, direction2_t const& b)
 {
     return {a.x * b.x, a.y * b.y};
 }
-// A component in which both sides are equal gives exactly 1, so 0 / 0 is 1:
-// the ratio of a window to a picture of the same size stays 1 even when a
-// side is 0. (4, 0) / (2, 0) is (2, 1).
+// Plain float division: (4, 0) / (2, 0) is (2, NaN), and (1, 1) / (0, 1) is
+// (inf, 1). A caller dividing sizes guards against sides of 0 itself, since
+// only it knows what a missing side should mean.
 constexpr direction2_t operator/(direction2_t const& a, direction2_t const& b)
 {
-    return {a.x == b.x ? 1.0f : a.x / b.x, a.y == b.y ? 1.0f : a.y / b.y};
+    return {a.x / b.x, a.y / b.y};
 }
 constexpr direction2_t operator*(direction2_t const& d, float f) { return {d.x * f, d.y * f}; }
 // 1 / (2, 4) is (0.5, 0.25).

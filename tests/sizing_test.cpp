@@ -17,6 +17,7 @@
 #include "glext/glext.h"
 #include <GLFW/glfw3.h>
 
+#include "app/sizing.h"
 #include "app/zvwfile.h"
 #include "geometry/matrix.h"
 #include "options/option.h"
@@ -209,6 +210,7 @@ TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
     } const cases[] = {
         // 800x600 against 400x200: the smaller ratio, 2, scales the view.
         {"picture follows", 1, true, true, {400, 200}, 4.0f, {20, 40, 0}},
+        {"a stored side of 0 is left out", 1, true, true, {400, 0}, 4.0f, {20, 40, 0}},
         {"neither follows", 0, true, true, {400, 300}, 2.0f, {10, 20, 0}},
         {"reproduce off: centred", 1, false, true, {400, 300}, 5.25f, {0, 0, 0}},
         {"resetview off: as loaded", 1, true, false, {400, 300}, 1.0f, {0, 0, 0}},
@@ -228,6 +230,49 @@ TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
         EXPECT_NEAR(scale(), c.scale, 1e-5f);
         EXPECT_NEAR(centre().x, c.centre.x, 1e-4f);
         EXPECT_NEAR(centre().y, c.centre.y, 1e-4f);
+    }
+}
+
+// Sides of 0, as a window that is minimized on some systems reports, must
+// never put NaN or infinity into the view: 0 / 0 is NaN, and a scale of 0
+// followed by one of infinity is NaN as well.
+TEST(SizingScales, SidesOfZeroGiveFiniteFactors)
+{
+    struct {
+        direction2l_t window, stored;
+        float scale;
+    } const views[] = {
+        {{800, 600}, {400, 200}, 2.0f},  // the smaller ratio
+        {{800, 600}, {400, 0}, 2.0f},
+        {{800, 0}, {400, 0}, 2.0f},
+        {{0, 600}, {0, 300}, 2.0f},
+    };
+    for (auto const& v : views) {
+        SCOPED_TRACE(std::to_string(v.window.x) + "x" + std::to_string(v.window.y) + " from " +
+                     std::to_string(v.stored.x) + "x" + std::to_string(v.stored.y));
+        EXPECT_EQ(zanoview2::stored_view_scale(v.window, v.stored), v.scale);
+    }
+    // Only the height counts: the picture keeps its share of it.
+    EXPECT_EQ(zanoview2::reshape_scale(300, 600), 0.5f);
+}
+
+// The same through the window's own resize handler: a window that goes to a
+// height of 0, or to 0,0, and comes back shows the picture as before.
+TEST_F(Sizing, ResizeToZeroAndBackLeavesThePictureAlone)
+{
+    size2 const zeros[] = {{800, 0}, {0, 0}};
+    for (size2 const zero : zeros) {
+        SCOPED_TRACE(std::to_string(zero.x) + "x" + std::to_string(zero.y));
+        open(picture(100, 100));
+        m_view->residue(true);
+        float const before = scale();
+        // Non-zero sizes are taken from the framebuffer, which stays 800x600.
+        m_view->reshape(800, 600);
+        m_view->reshape(zero.x, zero.y);
+        m_view->reshape(800, 600);
+        for (vector3w_t const& row : m_view->getMatrix().m)
+            for (int i = 0; i < 4; ++i) ASSERT_TRUE(std::isfinite(row[i]));
+        EXPECT_EQ(scale(), before);
     }
 }
 
