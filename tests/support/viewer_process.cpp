@@ -266,11 +266,16 @@ screenshot_t ViewerProcess::settled_screenshot(double seconds) const
 {
     auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
     screenshot_t last = screenshot();
+    // NOTE: the window maps at GLFW's size and is then resized; on a loaded
+    // machine a tenth of a second can pass before the viewer redraws at the
+    // new size, so one repeat is not yet a settled window.
+    int alike = 0;
     while (clock_type::now() < until) {
         pause_ms(100);
         screenshot_t shot = screenshot();
         bool const drawn = std::any_of(shot.pixels.begin(), shot.pixels.end(), [](uint32_t p) { return p != 0; });
-        if (drawn && shot.pixels == last.pixels) return shot;
+        alike = drawn && shot.pixels == last.pixels ? alike + 1 : 0;
+        if (alike == 3) return shot;
         last = std::move(shot);
     }
     return last;

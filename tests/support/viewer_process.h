@@ -70,9 +70,9 @@ public:
     // `seconds`. The window maps at GLFW's size before the viewer sizes it.
     geometry_t sized_geometry(int width, int height, double seconds = 10) const;
     screenshot_t screenshot() const;
-    // A screenshot once the window has been drawn and holds still: two
-    // shots in a row alike and not all black, or the last one after
-    // `seconds`.
+    // A screenshot once the window has been drawn and holds still: four
+    // shots in a row, over 300 ms, alike and not all black, or the last one
+    // after `seconds`.
     screenshot_t settled_screenshot(double seconds = 10) const;
 
     // Key names as xdotool knows them: "q", "Escape", "shift+space".
