@@ -149,7 +149,7 @@ bool allocate_pixels(image2d_t& image, unsigned short unit, bool border, color3u
         if (rounded < side) return false;
     }
     std::uint64_t const rowsize = image.rowsize();
-    if (!image.resize(rowsize * rows, 0)) return false;
+    if (rowsize * rows > max_image_bytes() || !image.resize(rowsize * rows, 0)) return false;
 
     if (border) {
         paint_border(image, color);
@@ -161,6 +161,20 @@ bool allocate_pixels(image2d_t& image, unsigned short unit, bool border, color3u
         std::memset(base + rowsize * y + used, 0, rowsize - used);
     std::memset(base + rowsize * height, 0, rowsize * (rows - height));
     return true;
+}
+
+// Whether libjpeg may hold the whole picture's coefficients, as it does for
+// a picture in several scans (progressive among others) before its first
+// row comes out: they count against the images' limit too.
+bool coefficients_fit(j_decompress_ptr cinfo)
+{
+    if (!jpeg_has_multiple_scans(cinfo)) return true;
+    std::uint64_t bytes = 0;
+    for (int i = 0; i < cinfo->num_components; ++i) {
+        jpeg_component_info const& c = cinfo->comp_info[i];
+        bytes += std::uint64_t(c.width_in_blocks) * c.height_in_blocks * sizeof(JBLOCK);
+    }
+    return bytes <= max_image_bytes();
 }
 
 // Decodes the rows top to bottom into their places bottom to top. False
@@ -260,7 +274,7 @@ bool jpeginfo_t::decompress(image2d_t& image, jpegdata_t& data, unsigned short s
     image.desc = {jpeg_info_desc_table[row].format, jpeg_info_desc_table[row].type,
                   jpeg_info_desc_table[row].bits};
     image.palette.clear();
-    if (!allocate_pixels(image, square_unit, border, border_color)) {
+    if (!coefficients_fit(&cinfo) || !allocate_pixels(image, square_unit, border, border_color)) {
         jpeg_destroy_decompress(&cinfo);
         return report_stop(data);
     }

@@ -1,6 +1,8 @@
 #include "codecs/jpeg_io.h"
 
 #include <algorithm>
+#include <climits>
+#include <cstdint>
 #include <iostream>
 
 #include <jerror.h>
@@ -170,6 +172,11 @@ void attach_source(j_decompress_ptr cinfo, jpegdata_t const& data)
     src->delivered = false;
     src->ran_out = false;
     cinfo->src = &src->pub;
+    // libjpeg's own buffers, such as the coefficients of a picture in
+    // several scans, stay within the images' limit: beyond it libjpeg
+    // fails with an error instead of allocating a header's claim.
+    std::uint64_t const limit = std::min<std::uint64_t>(max_image_bytes(), LONG_MAX);
+    cinfo->mem->max_memory_to_use = static_cast<long>(limit);
 }
 
 bool source_ran_out(j_decompress_ptr cinfo)

@@ -116,6 +116,11 @@ int read_png(std::istream& in, std::uint64_t filesize, image2d_t& image, row_tab
         return -2;
     }
     png_set_read_fn(png, &in, png_read);
+    // The picture is IHDR, PLTE and IDAT alone, and nothing else changes
+    // what is read: every other chunk but tRNS is passed over unread. So a
+    // text chunk that claims a gigabyte is skipped up to the file's end
+    // instead of being made room for and cleared first.
+    png_set_keep_unknown_chunks(png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
     png_infop info = png_create_info_struct(png);
     if (!info) {
         png_destroy_read_struct(&png, nullptr, nullptr);

@@ -2,6 +2,8 @@
 
 #include <limits>
 
+#include <unistd.h>
+
 namespace libgr {
 
 // -------------------------------------------------------------- image_desc_t
@@ -126,6 +128,7 @@ bool image2d_t::holds_pixels() const
 
 bool image2d_t::allocate()
 {
+    if (datasize() > max_image_bytes()) return false;
     return resize(datasize(), 0);
 }
 
@@ -135,6 +138,34 @@ void image2d_t::clear()
     palette.clear();
     m_width = 0;
     m_height = 0;
+}
+
+// ------------------------------------------------------------------- limits
+
+namespace {
+
+std::uint64_t s_max_image_bytes = 0;  // 0: the machine's
+
+std::uint64_t half_the_memory()
+{
+    long const pages = ::sysconf(_SC_PHYS_PAGES);
+    long const page = ::sysconf(_SC_PAGE_SIZE);
+    // A system that won't say gets no limit from here.
+    if (pages <= 0 || page <= 0) return std::numeric_limits<std::uint64_t>::max();
+    return std::uint64_t(pages) * std::uint64_t(page) / 2;
+}
+
+}  // namespace
+
+std::uint64_t max_image_bytes()
+{
+    static std::uint64_t const machine = half_the_memory();
+    return s_max_image_bytes != 0 ? s_max_image_bytes : machine;
+}
+
+void set_max_image_bytes(std::uint64_t bytes)
+{
+    s_max_image_bytes = bytes;
 }
 
 }  // namespace libgr

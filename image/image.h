@@ -158,12 +158,22 @@ struct image2d_t : image_bytes_t {
     bool holds_pixels() const;
 
     // Makes room for datasize() bytes. The pixels are not cleared. Returns
-    // false, with the bytes as they were, when the room can't be had.
+    // false, with the bytes as they were, when the room can't be had or is
+    // more than max_image_bytes().
     bool allocate();
     // Lets go of the bytes and the palette and sets the sizes to 0; desc,
     // store, window and compressed stay for the next allocate().
     void clear() override;
 };
+
+// The most bytes image2d_t::allocate() makes room for: half the machine's
+// memory, so that a picture whose pixels and their textures couldn't both
+// be held is refused at once, before a header's claim of 65500 x 65500
+// pixels is allocated and decoded into.
+std::uint64_t max_image_bytes();
+// Sets that limit; 0 brings back the machine's. The fuzzing harnesses
+// lower it, as a fuzzer can't spend seconds on one input.
+void set_max_image_bytes(std::uint64_t bytes);
 
 struct image3d_t : image_bytes_t {
     image_desc_t desc{};
