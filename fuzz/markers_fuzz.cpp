@@ -12,12 +12,28 @@
 
 namespace {
 
+// One segment through its reader: the buffer given by the reader's own
+// setter, then parse, dump and clear.
 template <class M>
-void parse_and_dump(M& marker)
+void read_segment(libgr::marker_payload_t const& payload, void (M::*set)(libgr::marker_payload_t const&))
 {
+    M marker;
+    (marker.*set)(payload);
     marker.parse();
     marker.dump();
     marker.clear();
+}
+
+// A scan with its Huffman tables tied to it, as a caller would.
+void read_scan(libgr::marker_payload_t const& payload)
+{
+    libgr::sos_marker_t scan;
+    libgr::dht_marker_t tables;
+    scan.set_sos_buffer(payload);
+    scan.set_dht_marker(&tables);
+    scan.parse();
+    scan.dump();
+    scan.clear();
 }
 
 }  // namespace
@@ -30,38 +46,11 @@ extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size
     std::ostringstream dumped;
     std::streambuf* const saved = std::cout.rdbuf(dumped.rdbuf());
     switch (data[0] % 5) {
-    case 0: {
-        libgr::sof0_marker_t m;
-        m.set_sof0_buffer(payload);
-        parse_and_dump(m);
-        break;
-    }
-    case 1: {
-        libgr::dqt_marker_t m;
-        m.set_dqt_buffer(payload);
-        parse_and_dump(m);
-        break;
-    }
-    case 2: {
-        libgr::dht_marker_t m;
-        m.set_dht_buffer(payload);
-        parse_and_dump(m);
-        break;
-    }
-    case 3: {
-        libgr::dri_marker_t m;
-        m.set_dri_buffer(payload);
-        parse_and_dump(m);
-        break;
-    }
-    default: {
-        libgr::sos_marker_t m;
-        libgr::dht_marker_t tables;
-        m.set_sos_buffer(payload);
-        m.set_dht_marker(&tables);
-        parse_and_dump(m);
-        break;
-    }
+    case 0: read_segment(payload, &libgr::sof0_marker_t::set_sof0_buffer); break;
+    case 1: read_segment(payload, &libgr::dqt_marker_t::set_dqt_buffer); break;
+    case 2: read_segment(payload, &libgr::dht_marker_t::set_dht_buffer); break;
+    case 3: read_segment(payload, &libgr::dri_marker_t::set_dri_buffer); break;
+    default: read_scan(payload); break;
     }
     std::cout.rdbuf(saved);
     return 0;
