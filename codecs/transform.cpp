@@ -579,6 +579,13 @@ bool transform(unsigned long rightrotatecount, jpegdata_t& out, jpegdata_t const
         return false;
     }
     jvirt_barray_ptr* const src_coef = jpeg_read_coefficients(&src);
+    // The whole input is read by now. Damaged, it can only give false (see
+    // below): found out here, before the turn is worked out and encoded.
+    if (src_err.pub.num_warnings != 0) {
+        jpeg_destroy_compress(&dst);
+        jpeg_destroy_decompress(&src);
+        return false;
+    }
     jpeg_copy_critical_parameters(&src, &dst);
     jvirt_barray_ptr* const dst_coef = jtransform_adjust_parameters(&src, &dst, src_coef, &info);
     jpeg_io::attach_destination(&dst, out);

@@ -16,10 +16,12 @@ namespace zvfuzz {
 
 namespace {
 
-// Pictures of up to 32 MB, where the viewer allows half the machine's
-// memory: a fuzzer that spends seconds on a picture of gigabytes finds
-// nothing meanwhile, and larger ones take no other path through the code.
-constexpr std::uint64_t kMaxImageBytes = 32 << 20;
+// Pictures of up to 4 MB, where the viewer allows half the machine's
+// memory: a larger picture takes no other path through the code, and the
+// time a fuzzer spends clearing and faulting in its pages (most of a
+// second for a progressive 1920 x 1080 that a few bytes claim) is time it
+// doesn't spend finding paths.
+constexpr std::uint64_t kMaxImageBytes = 4 << 20;
 bool const s_limited = (libgr::set_max_image_bytes(kMaxImageBytes), true);
 
 // Made on first use and removed at exit, files and all. The path lives on
