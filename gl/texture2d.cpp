@@ -1,8 +1,10 @@
 #include "gl/texture2d.h"
 
 #include <iostream>
+#include <vector>
 
 #include "glext/glu.h"
+#include "image/mipmap.h"
 #include "utils/diag.h"
 
 #include "gl/error.h"
@@ -91,6 +93,57 @@ void full_upload(image2d_t const& img, gl_loading_format_t const& lf, std::uint3
     update_corner(img, lf, side, border);
 }
 
+// Working memory of the square route, kept from tile to tile: a picture's
+// hundreds of tiles then cost no fresh pages.
+std::vector<unsigned char> s_edge_bytes;
+std::vector<unsigned char> s_level_bytes;
+
+GLint unpack_alignment()
+{
+    GLint alignment = 4;
+    glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+    return alignment;
+}
+
+// Level 0 beyond the picture, in a square of side `side`: the picture's last
+// column and row go on to the square's edges, so that filtering and the
+// lower levels never mix in texels the picture didn't define (a dark line
+// along the top and right of a light photo, or, in reused storage, an
+// earlier picture). The bytes come in the picture's own format, so the
+// unpack state for them differs from the picture's only in its window.
+void continue_edges_upload(image2d_t const& img, gl_loading_format_t const& lf,
+                           std::uint32_t side)
+{
+    edge_strips_t const strips = continue_edges(img, side, unsigned(unpack_alignment()), s_edge_bytes);
+    if (!strips.right && !strips.top) return;
+    grPixelStoreUnpack(image_window2d_t{});
+    if (strips.right)
+        glTexSubImage2D(GL_TEXTURE_2D, 0 /*level*/, GLint(img.m_width), 0 /*y*/,
+                        GLsizei(strips.right_width), GLsizei(strips.right_height), lf.format,
+                        lf.type, strips.right);
+    if (strips.top)
+        glTexSubImage2D(GL_TEXTURE_2D, 0 /*level*/, 0 /*x*/, GLint(img.m_height),
+                        GLsizei(strips.top_width), GLsizei(strips.top_height), lf.format, lf.type,
+                        strips.top);
+    grPixelStoreUnpack(img.window);
+}
+
+// Levels 1 and down, averaged here from the picture and its continued edges
+// rather than rendered by the GL: on a driver that rasterises on the CPU,
+// generating hundreds of tiles' levels costs several times the averaging.
+void upload_averaged_levels(image2d_t const& img, gl_loading_format_t const& lf,
+                            std::uint32_t side, unsigned pixel)
+{
+    std::vector<square_level_t> const levels =
+        average_levels(img, side, pixel, unsigned(unpack_alignment()), s_level_bytes);
+    grPixelStoreUnpack(image_window2d_t{});
+    GLint level = 1;
+    for (square_level_t const& l : levels)
+        glTexImage2D(GL_TEXTURE_2D, level++, GLint(lf.internalformat), GLsizei(l.side),
+                     GLsizei(l.side), 0 /*border*/, lf.format, lf.type, l.bytes);
+    grPixelStoreUnpack(img.window);
+}
+
 void build_mipmaps_with_glu(image2d_t const& img, gl_loading_format_t const& lf)
 {
     // GLU scales on the CPU to powers of two, so the square size and the
@@ -160,12 +213,25 @@ void grTexture2D::Load() const
     } else {
         if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
             unpack(base);
-            if (is_GL_VERSION_3_0_supported) {
+            // A picture in the corner of a larger square: the routes below
+            // continue its edges into the rest of level 0.
+            bool const square = m_size != 0 && !m_border && !base.compressed;
+            std::uint32_t const side = square ? real_max(m_size, false) : 0;
+            // Where the GL would render the levels, they are averaged here.
+            unsigned const pixel =
+                square && is_GL_VERSION_3_0_supported ? averageable_pixel_bytes(base) : 0;
+            if (pixel != 0) {
                 full_upload(base, lf, m_size, m_border);
+                continue_edges_upload(base, lf, side);
+                upload_averaged_levels(base, lf, side, pixel);
+            } else if (is_GL_VERSION_3_0_supported) {
+                full_upload(base, lf, m_size, m_border);
+                if (square) continue_edges_upload(base, lf, side);
                 glGenerateMipmap(GL_TEXTURE_2D);
             } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
                 sgis_generate_scope generate(GL_TEXTURE_2D);
                 full_upload(base, lf, m_size, m_border);
+                if (square) continue_edges_upload(base, lf, side);
             } else if (!base.compressed) {
                 build_mipmaps_with_glu(base, lf);
             } else {

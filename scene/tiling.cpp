@@ -138,16 +138,35 @@ bool squares_to_texobjs(multi_texture_object_t& out, multi_square_image_t const&
     return true;
 }
 
+namespace {
+
+// The texture names of the tiles last unloaded, with their storage. Paging
+// from one picture to the next reuses them: a same-sized tile then goes
+// into memory the driver has already touched, where fresh storage would be
+// zeroed and faulted in page by page, which costs more than the upload.
+std::vector<libgr::grTextureObject> s_spare_texobjs;
+
+}  // namespace
+
 void multi_texture_object_t::Preload()
 {
     m_texobjs.resize(m_textures.size());
-    for (std::size_t i = 0; i < m_textures.size(); ++i) m_texobjs[i].Preload(&m_textures[i]);
+    for (std::size_t i = 0; i < m_textures.size(); ++i) {
+        if (!s_spare_texobjs.empty()) {
+            m_texobjs[i] = s_spare_texobjs.back();
+            s_spare_texobjs.pop_back();
+        }
+        m_texobjs[i].Preload(&m_textures[i]);
+    }
+    // What this picture didn't need is let go, so that a small picture after
+    // a large one doesn't keep the large one's memory.
+    s_spare_texobjs.clear();
 }
 
 void multi_texture_object_t::Unload()
 {
     for (libgr::grTextureObject const& object : m_texobjs) object.Unload();
-    // The names go with the elements.
+    s_spare_texobjs.insert(s_spare_texobjs.end(), m_texobjs.begin(), m_texobjs.end());
     m_texobjs.clear();
 }
 

@@ -49,8 +49,11 @@ struct multi_texture_object_t {
     libgr::direction2_t m_size{0.0f, 0.0f};  // tile sides, as in the tile images
 
     void setTexParm(libgr::texparameter2d_t const* parm) { m_texparm = parm; }
-    // Creates and fills the GL textures; needs a current context.
+    // Creates and fills the GL textures; needs a current context. Names the
+    // last Unload let go are filled again before new ones are made.
     void Preload();
+    // Unbinds the textures and hands their names, storage and all, to the
+    // next Preload of any picture; that Preload deletes those it can't use.
     void Unload();
     // True when every preloaded texture is resident; textures not yet
     // preloaded don't count against it.

@@ -3,7 +3,9 @@
 // the dark gray background all around.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "codecs/png.h"
@@ -156,4 +158,80 @@ TEST(ShownAtScaleOne, Tga)
     std::string const path = dir.file("picture.tga");
     ASSERT_TRUE(libgr::image_tga_t().save(distinct_picture(180, 120, 3), path.c_str()));
     EXPECT_EQ(compare_shown(path, 180, 120, zvtest::distinct_colour), 0);
+}
+
+// ---- Fitted, so that the lower mipmap levels show
+
+namespace {
+
+// The least of the channels that `mask` picks (0xff0000: red alone) over
+// the picture's pixels along each edge of what the window shows of it; the
+// picture is whatever is not background. Edges: left, right, bottom, top.
+struct edge_minima_t {
+    int pixels = 0;  // of the picture, in all
+    int min[4] = {255, 255, 255, 255};
+    bool framed = false;  // background all around it
+};
+
+int least_channel(std::uint32_t pixel, std::uint32_t mask)
+{
+    int least = 255;
+    for (int shift : {16, 8, 0})
+        if (mask >> shift & 0xff) least = std::min(least, int(pixel >> shift & 0xff));
+    return least;
+}
+
+edge_minima_t fitted_edges(std::string const& path, std::string const& winsize, std::uint32_t mask)
+{
+    edge_minima_t edges;
+    ViewerProcess viewer({"-frametype", "0", "-winsize", winsize, path}, {"HOME=/nonexistent-zanoview-home"});
+    EXPECT_TRUE(viewer.wait_window());
+    zvtest::screenshot_t const shot = viewer.settled_screenshot();
+    int left = shot.width, right = -1, top = shot.height, bottom = -1;
+    for (int y = 0; y < shot.height; ++y)
+        for (int x = 0; x < shot.width; ++x) {
+            if (shot.at(x, y) == kBackground) continue;
+            ++edges.pixels;
+            left = std::min(left, x), right = std::max(right, x);
+            top = std::min(top, y), bottom = std::max(bottom, y);
+        }
+    if (edges.pixels == 0) return edges;
+    edges.framed = left > 0 && top > 0 && right < shot.width - 1 && bottom < shot.height - 1;
+    for (int y = top; y <= bottom; ++y) {
+        edges.min[0] = std::min(edges.min[0], least_channel(shot.at(left, y), mask));
+        edges.min[1] = std::min(edges.min[1], least_channel(shot.at(right, y), mask));
+    }
+    for (int x = left; x <= right; ++x) {
+        edges.min[2] = std::min(edges.min[2], least_channel(shot.at(x, bottom), mask));
+        edges.min[3] = std::min(edges.min[3], least_channel(shot.at(x, top), mask));
+    }
+    viewer.key("q");
+    EXPECT_EQ(viewer.wait_exit(), 0);
+    return edges;
+}
+
+}  // namespace
+
+TEST(FittedPicture, KeepsItsOwnColoursToTheEdgesAtEveryScale)
+{
+    // 3000 x 2100 leaves partly filled tiles along the right and the top,
+    // where nothing from beyond the picture may darken the edge.
+    zvtest::TempDir dir;
+    std::string const white = dir.file("white.bmp");
+    ASSERT_TRUE(zvtest::write_bmp24(white, 3000, 2100, [](int, int) { return 0xffffffu; }));
+    // White with a red last column and top row: red stays full wherever the
+    // edge is blended only with the picture's own colours.
+    std::string const edged = dir.file("edged.bmp");
+    ASSERT_TRUE(zvtest::write_bmp24(edged, 3000, 2100,
+                                    [](int x, int y) { return x == 2999 || y == 0 ? 0xff0000u : 0xffffffu; }));
+    char const* const names[4] = {"left", "right", "bottom", "top"};
+    for (char const* winsize : {"800x600", "500x400", "1000x700"}) {
+        for (auto const& [path, mask] : {std::pair{white, 0xffffffu}, std::pair{edged, 0xff0000u}}) {
+            SCOPED_TRACE(path + " in " + winsize);
+            edge_minima_t const edges = fitted_edges(path, winsize, mask);
+            EXPECT_GT(edges.pixels, 0);
+            EXPECT_TRUE(edges.framed) << "the picture should be fitted inside the window";
+            for (int i = 0; i < 4; ++i) EXPECT_GE(edges.min[i], 254) << names[i] << " edge";
+        }
+    }
 }

@@ -265,6 +265,45 @@ TEST_F(Upload2D, ATileGoesIntoTheCornerOfAPowerOfTwoSquare)
     EXPECT_EQ(level_width(0), 512);
 }
 
+TEST_F(Upload2D, ASquareContinuesThePictureAtEveryLevelAlsoInReusedStorage)
+{
+    // Texel (x, y) of level 0 is the picture's pixel at (min(x, 2), min(y, 1))
+    // of the window; level 1 averages 2 x 2 of those.
+    image2d_t const picture = rgb_picture(9, 6, &s_packed);
+    grTexture2D tex;
+    tex.setBuildMipmap(true);
+    tex.setImage(window_of(picture, 5, 2, 3, 2), 3, 0);
+    grTextureObject obj;
+    obj.Preload(&tex);
+    GLint side = 0;
+    std::vector<std::uint8_t> const level0 = read_rgb(0, side);
+    ASSERT_EQ(side, 4);
+    int wrong = 0;
+    for (int y = 0; y < 4; ++y)
+        for (int x = 0; x < 4; ++x) {
+            std::uint8_t const* t = &level0[3 * std::size_t(y * 4 + x)];
+            wrong += t[0] != 5 + std::min(x, 2) || t[1] != 2 + std::min(y, 1) || t[2] != s_mark;
+        }
+    EXPECT_EQ(wrong, 0) << "level 0 texels that don't continue the picture";
+    std::vector<std::uint8_t> const level1 = read_rgb(1, side);
+    ASSERT_EQ(side, 2);
+    // Columns 5, 6 | 7, 7 and rows 2, 3 | 3, 3, rounded to the nearest.
+    std::uint8_t const expected[4][2] = {{6, 3}, {7, 3}, {6, 3}, {7, 3}};
+    for (int i = 0; i < 4; ++i) {
+        EXPECT_EQ(level1[3 * i], expected[i][0]) << "red of level 1 texel " << i;
+        EXPECT_EQ(level1[3 * i + 1], expected[i][1]) << "green of level 1 texel " << i;
+    }
+
+    // The next picture goes into the same name and storage: nothing of the
+    // first may show beyond a smaller one.
+    image2d_t small = rgb_picture(1, 1, &s_packed);
+    fill(small, 9);
+    tex.setImage(small, 3, 0);
+    obj.Preload(&tex);
+    expect_uniform(0, 9);
+    expect_uniform(2, 9);
+}
+
 TEST_F(Upload2D, ReloadWithoutMipmapsSendsThePixelsEachTime)
 {
     image2d_t picture = rgb_picture(3, 3);
