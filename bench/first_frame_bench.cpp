@@ -1,25 +1,30 @@
-// Time from a picture file to its first frame, stage by stage, for a large
-// photo-sized BMP: decode, tiling, texture upload with mipmaps, display
-// list, first draw. Needs an X display (Xvfb will do).
+// Time from a JPEG file to its first frame, stage by stage, and the page
+// step from one such picture to the next, the way the viewer goes: decode
+// (as RGBA, as the viewer asks), tiling, texture upload with the levels,
+// display list, first draw, swap; then the whole way through the scene.
+// Needs an X display (Xvfb will do).
 //
-//   build/bench/first_frame_bench [width height [runs]]
+//   build/bench/first_frame_bench [picture.jpg [runs]]
 //
-// Prints the median of the runs for each stage, in milliseconds.
+// Without a picture it writes two camera-like 6000 x 4000 JPEGs of its own
+// (smooth shapes under noise) to /tmp once. Prints the median of the runs
+// for each stage in milliseconds, with the CPU time of the page step.
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <fstream>
 #include <string>
 #include <vector>
 
 #include "glext/glext.h"
 #include <GLFW/glfw3.h>
 
-#include "codecs/bmp2.h"
+#include "codecs/jpeg.h"
 #include "gl/dsplist.h"
 #include "scene/tiling.h"
 #include "scene/viewscene.h"
@@ -33,52 +38,66 @@ double ms_since(clock_type::time_point start)
     return std::chrono::duration<double, std::milli>(clock_type::now() - start).count();
 }
 
-// A 24-bit bottom-up BMP with a smooth gradient, written once.
-bool write_picture(std::string const& path, int width, int height)
+double cpu_ms()
 {
-    std::uint32_t const stride = (std::uint32_t(width) * 3 + 3) & ~3u;
-    std::uint32_t const data = stride * std::uint32_t(height);
-    std::vector<unsigned char> header(54, 0);
-    auto put = [&](std::size_t at, std::uint32_t v, int n) {
-        for (int i = 0; i < n; ++i) header[at + i] = (v >> (8 * i)) & 0xff;
-    };
-    header[0] = 'B';
-    header[1] = 'M';
-    put(2, 54 + data, 4);
-    put(10, 54, 4);
-    put(14, 40, 4);
-    put(18, std::uint32_t(width), 4);
-    put(22, std::uint32_t(height), 4);
-    put(26, 1, 2);
-    put(28, 24, 2);
-    put(34, data, 4);
-    std::ofstream out(path, std::ios::binary);
-    out.write(reinterpret_cast<char const*>(header.data()), 54);
-    std::vector<unsigned char> row(stride, 0);
+    rusage use{};
+    getrusage(RUSAGE_SELF, &use);
+    return (use.ru_utime.tv_sec + use.ru_stime.tv_sec) * 1e3 + (use.ru_utime.tv_usec + use.ru_stime.tv_usec) / 1e3;
+}
+
+// Smooth colour under per-pixel noise, so that the file compresses about
+// as a photo does; `seed` makes the pages differ.
+bool write_picture(std::string const& path, int width, int height, unsigned seed)
+{
+    libgr::image2d_t image;
+    image.desc = {libgr::IMAGE_FORMAT_RGB, libgr::IMAGE_TYPE_UINT, libgr::IMAGE_BITS_8};
+    image.m_width = std::uint32_t(width);
+    image.m_height = std::uint32_t(height);
+    if (!image.allocate()) return false;
+    unsigned noise = seed * 2654435761u + 1;
     for (int y = 0; y < height; ++y) {
+        unsigned char* row = image.begin() + image.rowsize() * std::size_t(y);
         for (int x = 0; x < width; ++x) {
-            row[3 * x] = (unsigned char)(x * 255 / width);
-            row[3 * x + 1] = (unsigned char)(y * 255 / height);
-            row[3 * x + 2] = (unsigned char)((x + y) & 0xff);
+            noise = noise * 1103515245u + 12345u;
+            int const n = int(noise >> 27) - 16;
+            float const u = float(x) / float(width), v = float(y) / float(height);
+            int const base[3] = {int(128 + 100 * std::sin(6 * u + seed)), int(128 + 100 * std::cos(5 * v)),
+                                 int(128 + 90 * std::sin(4 * (u + v)))};
+            for (int c = 0; c < 3; ++c) row[3 * x + c] = (unsigned char)std::clamp(base[c] + n, 0, 255);
         }
-        out.write(reinterpret_cast<char const*>(row.data()), stride);
     }
-    return bool(out);
+    return libgr::image_jpeg1_t().save(image, path.c_str());
 }
 
 double median(std::vector<double> v)
 {
     std::sort(v.begin(), v.end());
-    return v[v.size() / 2];
+    return v.empty() ? 0.0 : v[v.size() / 2];
 }
+
+struct picture_node : libgr::grObject3D {
+    zanolib::multi_texture_object_t const* textures = nullptr;
+    float w = 0, h = 0;
+    void Draw() const override { textures->draw_image({-w / 2, -h / 2}, {w / 2, h / 2}); }
+    using libgr::grObject3D::Draw;
+};
 
 }  // namespace
 
 int main(int argc, char** argv)
 {
-    int const width = argc > 2 ? std::atoi(argv[1]) : 6000;
-    int const height = argc > 2 ? std::atoi(argv[2]) : 4000;
-    int const runs = argc > 3 ? std::max(1, std::atoi(argv[3])) : 5;
+    int const runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 5;
+    std::vector<std::string> pages;
+    if (argc > 1) {
+        pages = {argv[1], argv[1]};
+    } else {
+        for (unsigned i = 0; i < 2; ++i) {
+            std::string const path = "/tmp/zanoview-bench-6000x4000-" + std::to_string(i) + ".jpg";
+            struct stat st;
+            if (stat(path.c_str(), &st) != 0 && !write_picture(path, 6000, 4000, i)) return 1;
+            pages.push_back(path);
+        }
+    }
 
     if (!glfwInit()) {
         std::fprintf(stderr, "first_frame_bench: no display\n");
@@ -90,11 +109,10 @@ int main(int argc, char** argv)
     gl_extloader_init();
     std::printf("GL_RENDERER %s\n", reinterpret_cast<char const*>(glGetString(GL_RENDERER)));
 
-    std::string const path = "/tmp/zanoview-bench-" + std::to_string(width) + "x" + std::to_string(height) + ".bmp";
-    struct stat st;
-    if (stat(path.c_str(), &st) != 0 && !write_picture(path, width, height)) return 1;
-
-    std::vector<double> decode, tiling, upload, list, draw, total;
+    std::vector<double> decode, tiling, upload, list, draw, swap, total, step, step_cpu;
+    std::uint32_t width = 0, height = 0;
+    libgr::texparameter2d_t const parameters{GL_LINEAR_MIPMAP_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE,
+                                             GL_CLAMP_TO_EDGE, 1.0f};
     for (int run = 0; run < runs; ++run) {
         // The stages one by one, as the scene runs them.
         {
@@ -104,17 +122,18 @@ int main(int argc, char** argv)
 
             auto t = clock_type::now();
             libgr::image2d_t image;
-            libgr::image_bmp2_t codec;
-            if (!codec.load(image, path.c_str())) return 1;
+            libgr::image_jpeg1_t codec;
+            codec.setRGBA(true);
+            if (!codec.load(image, pages[0].c_str())) return 1;
             decode.push_back(ms_since(t));
+            width = image.m_width;
+            height = image.m_height;
 
             t = clock_type::now();
             zanolib::multi_square_image_t squares;
             zanolib::multi_texture_object_t textures;
             zanolib::rectangle_to_squares(squares, image, 256, true);
             zanolib::squares_to_texobjs(textures, squares);
-            libgr::texparameter2d_t const parameters{GL_LINEAR_MIPMAP_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE,
-                                                     GL_CLAMP_TO_EDGE, 1.0f};
             textures.setTexParm(&parameters);
             tiling.push_back(ms_since(t));
 
@@ -123,12 +142,7 @@ int main(int argc, char** argv)
             glFinish();
             upload.push_back(ms_since(t));
 
-            struct picture_t : libgr::grObject3D {
-                zanolib::multi_texture_object_t const* textures;
-                float w, h;
-                void Draw() const override { textures->draw_image({-w / 2, -h / 2}, {w / 2, h / 2}); }
-                using libgr::grObject3D::Draw;
-            } picture;
+            picture_node picture;
             picture.textures = &textures;
             picture.w = float(width);
             picture.h = float(height);
@@ -146,28 +160,48 @@ int main(int argc, char** argv)
             dsplist.Draw();
             glFinish();
             draw.push_back(ms_since(t));
+
+            t = clock_type::now();
+            glfwSwapBuffers(window);
+            glFinish();
+            swap.push_back(ms_since(t));
+            dsplist.Unload();
             textures.Unload();
         }
-        // And the whole way through the scene, as the viewer goes.
+        // The whole way through the scene, then on to the next page.
         {
             zanolib::ViewScene scene;
             scene.Init("");
             scene.Reshape(800, 600);
-            auto const t = clock_type::now();
-            scene.addImage(path.c_str(), "");
+            auto t = clock_type::now();
+            scene.addImage(pages[0].c_str(), "");
             scene.make_graph("");
             scene.Display();
+            glfwSwapBuffers(window);
             glFinish();
             total.push_back(ms_since(t));
+
+            double const cpu = cpu_ms();
+            t = clock_type::now();
+            scene.delImage();
+            scene.addImage(pages[1].c_str(), "");
+            scene.make_graph("");
+            scene.Display();
+            glfwSwapBuffers(window);
+            glFinish();
+            step.push_back(ms_since(t));
+            step_cpu.push_back(cpu_ms() - cpu);
+            scene.delImage();
         }
     }
-    std::printf("picture %dx%d, %d runs, median milliseconds\n", width, height, runs);
-    std::printf("  decode (file mapping)     %8.1f\n", median(decode));
+    std::printf("picture %ux%u, %d runs, median milliseconds\n", width, height, runs);
+    std::printf("  decode (JPEG to RGBA)     %8.1f\n", median(decode));
     std::printf("  tiling                    %8.1f\n", median(tiling));
-    std::printf("  upload with mipmaps       %8.1f\n", median(upload));
+    std::printf("  upload with levels        %8.1f\n", median(upload));
     std::printf("  display list              %8.1f\n", median(list));
     std::printf("  first draw                %8.1f\n", median(draw));
+    std::printf("  swap                      %8.1f\n", median(swap));
     std::printf("  file to frame, scene      %8.1f\n", median(total));
-    std::remove(path.c_str());
+    std::printf("  page step, scene          %8.1f (CPU %.1f)\n", median(step), median(step_cpu));
     return 0;
 }

@@ -95,14 +95,14 @@ int pick_desc_row(j_decompress_ptr cinfo)
 
 // Paints the frame around the picture's place: rows 0 and height + 1, and
 // columns 0 and width + 1 between them, one pixel's bytes at a time taken
-// from `color` (only the red byte for gray).
+// from `color` (only the red byte for gray, an opaque alpha for RGBA).
 void paint_border(image2d_t& image, color3ub_t const& color)
 {
     std::uint64_t const pixel = image.desc.getPixelBits() / 8;  // bytes
     std::uint64_t const rowsize = image.rowsize();
     std::uint64_t const width = image.m_width;
     std::uint64_t const height = image.m_height;
-    unsigned char const bytes[3] = {color.r, color.g, color.b};
+    unsigned char const bytes[4] = {color.r, color.g, color.b, 0xff};
     unsigned char* const base = image.begin();
     auto put = [&](std::uint64_t x, std::uint64_t y) {
         std::memcpy(base + rowsize * y + pixel * x, bytes, pixel);
@@ -273,6 +273,13 @@ bool jpeginfo_t::decompress(image2d_t& image, jpegdata_t& data, unsigned short s
     }
     image.desc = {jpeg_info_desc_table[row].format, jpeg_info_desc_table[row].type,
                   jpeg_info_desc_table[row].bits};
+#ifdef JCS_ALPHA_EXTENSIONS
+    if (rgba_output && cinfo.out_color_space == JCS_RGB) {
+        // libjpeg-turbo fills the fourth byte with 255 as it converts.
+        cinfo.out_color_space = JCS_EXT_RGBA;
+        image.desc.format = IMAGE_FORMAT_RGBA;
+    }
+#endif
     image.palette.clear();
     if (!coefficients_fit(&cinfo) || !allocate_pixels(image, square_unit, border, border_color)) {
         jpeg_destroy_decompress(&cinfo);
@@ -390,6 +397,11 @@ jpeg_iterator& jpeg_iterator::operator++()
 }
 
 // --------------------------------------------------------------- image_jpeg1_t
+
+void image_jpeg1_t::setRGBA(bool on)
+{
+    m_info.rgba_output = on;
+}
 
 bool image_jpeg1_t::load(image2d_t& image, char const* path)
 {

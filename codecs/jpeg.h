@@ -114,6 +114,12 @@ struct jpeginfo_t {
     // view when there is none or `num` is MARKER_NUM_MAX or above.
     image_bytes_t get_marker(e_marker_num_t num) const;
 
+    // Colour files decode as RGBA with alpha 255 instead of RGB: a pixel a
+    // 32-bit word, which GL drivers store textures in, so that they take
+    // the rows as they are instead of widening every pixel themselves.
+    // Gray files stay gray. Off unless asked for.
+    bool rgba_output = false;
+
     std::uint64_t width = 0;   // pixels, from the last header read
     std::uint64_t height = 0;  // pixels, from the last header read
     std::vector<marker_t> markers;  // in file order
@@ -154,6 +160,9 @@ public:
     // Decodes the file and takes the turn from its Exif orientation. True
     // when the picture could be decoded, also in part.
     bool load(image2d_t& image, char const* path) override;
+    // Colour pictures load as RGBA with alpha 255 from now on, rather than
+    // as RGB; see jpeginfo_t::rgba_output.
+    void setRGBA(bool on);
     // Writes `image` at quality 95, baseline.
     bool save(image2d_t const& image, char const* path) override;
 

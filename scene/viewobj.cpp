@@ -54,9 +54,13 @@ bool ViewObject::setImage(char const* path, char const* /*datapath*/)
 
     // The extension alone decides; the file's contents play no part.
     libgr::image_object_t* codec = nullptr;
-    if (libutils::extcasecmp(m_path, ".jpg") == 0 || libutils::extcasecmp(m_path, ".jpeg") == 0)
-        codec = codec_in<libgr::image_jpeg1_t>(m_jpeg1imgobj);
-    else if (libutils::extcasecmp(m_path, ".bmp") == 0)
+    if (libutils::extcasecmp(m_path, ".jpg") == 0 || libutils::extcasecmp(m_path, ".jpeg") == 0) {
+        auto* const jpeg = static_cast<libgr::image_jpeg1_t*>(codec_in<libgr::image_jpeg1_t>(m_jpeg1imgobj));
+        // Four bytes a pixel go to the GL as they are; three would be
+        // widened by the driver, texel by texel.
+        jpeg->setRGBA(true);
+        codec = jpeg;
+    } else if (libutils::extcasecmp(m_path, ".bmp") == 0)
         codec = codec_in<libgr::image_bmp2_t>(m_bmpimgobj);
     else if (libutils::extcasecmp(m_path, ".png") == 0)
         codec = codec_in<libgr::image_png_t>(m_pngimgobj);

@@ -1,6 +1,7 @@
 #include "utils/alloc.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <new>
@@ -67,6 +68,36 @@ void alloc_new::deallocate(void* p)
 
 // ---------------------------------------------------------- alloc_mmap_unix
 
+namespace {
+
+constexpr std::uintptr_t kHugePage = 2ul << 20;  // bytes
+constexpr std::uintptr_t kPage = 4096;           // bytes
+
+// Private anonymous memory; a large block (a decoded photo) on huge-page
+// boundaries and marked for huge pages, so that filling it takes one fault
+// for 2 MiB rather than one for every 4 KiB. On a virtual machine the faults
+// of fresh memory cost more than the writes that cause them.
+void* map_anonymous(unsigned long size, int prot)
+{
+    // A size that can't be had anyway is left to fail as it is.
+    if (size < 2 * kHugePage || size > UINTPTR_MAX / 2)
+        return ::mmap(nullptr, size, prot, MAP_ANON | MAP_PRIVATE, -1, 0);
+    std::uintptr_t const span = size + kHugePage;
+    void* const raw = ::mmap(nullptr, span, prot, MAP_ANON | MAP_PRIVATE, -1, 0);
+    if (raw == MAP_FAILED) return MAP_FAILED;
+    std::uintptr_t const start = reinterpret_cast<std::uintptr_t>(raw);
+    std::uintptr_t const aligned = (start + kHugePage - 1) & ~(kHugePage - 1);
+    std::uintptr_t const end = (aligned + size + kPage - 1) & ~(kPage - 1);
+    if (aligned > start) ::munmap(raw, aligned - start);
+    if (start + span > end) ::munmap(reinterpret_cast<void*>(end), start + span - end);
+    void* const p = reinterpret_cast<void*>(aligned);
+    // Only advice: without it the block is still good memory.
+    ::madvise(p, size, MADV_HUGEPAGE);
+    return p;
+}
+
+}  // namespace
+
 void* alloc_mmap_unix::allocate(unsigned long& size, char const* path, e_prot_t prot,
                                 unsigned long long offset, android_app* /*app*/)
 {
@@ -101,7 +132,8 @@ void* alloc_mmap_unix::allocate(unsigned long& size, char const* path, e_prot_t 
     }
 
     this->size = size;
-    void* p = ::mmap(nullptr, size, this->prot, flags, fd, static_cast<off_t>(offset));
+    void* p = fd < 0 ? map_anonymous(size, this->prot)
+                     : ::mmap(nullptr, size, this->prot, flags, fd, static_cast<off_t>(offset));
     if (p == MAP_FAILED) {
         // A failed map (size 0 among others) is not storage: report it as null
         // so that no caller takes the failure marker for an address.
