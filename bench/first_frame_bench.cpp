@@ -4,7 +4,7 @@
 // display list, first draw, swap; then the whole way through the scene.
 // Needs an X display (Xvfb will do).
 //
-//   build/bench/first_frame_bench [picture.jpg [runs]]
+//   build/bench/first_frame_bench [runs [picture.jpg]]
 //
 // Without a picture it writes two camera-like 6000 x 4000 JPEGs of its own
 // (smooth shapes under noise) to /tmp once. Prints the median of the runs
@@ -69,6 +69,17 @@ bool write_picture(std::string const& path, int width, int height, unsigned seed
     return libgr::image_jpeg1_t().save(image, path.c_str());
 }
 
+// Resident megabytes of this process now, from /proc.
+long rss_mb()
+{
+    long pages = 0, resident = 0;
+    if (FILE* f = std::fopen("/proc/self/statm", "r")) {
+        if (std::fscanf(f, "%ld %ld", &pages, &resident) != 2) resident = 0;
+        std::fclose(f);
+    }
+    return resident * sysconf(_SC_PAGESIZE) / (1 << 20);
+}
+
 double median(std::vector<double> v)
 {
     std::sort(v.begin(), v.end());
@@ -86,10 +97,10 @@ struct picture_node : libgr::grObject3D {
 
 int main(int argc, char** argv)
 {
-    int const runs = argc > 2 ? std::max(1, std::atoi(argv[2])) : 5;
+    int const runs = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
     std::vector<std::string> pages;
-    if (argc > 1) {
-        pages = {argv[1], argv[1]};
+    if (argc > 2) {
+        pages = {argv[2], argv[2]};
     } else {
         for (unsigned i = 0; i < 2; ++i) {
             std::string const path = "/tmp/zanoview-bench-6000x4000-" + std::to_string(i) + ".jpg";
@@ -110,6 +121,7 @@ int main(int argc, char** argv)
     std::printf("GL_RENDERER %s\n", reinterpret_cast<char const*>(glGetString(GL_RENDERER)));
 
     std::vector<double> decode, tiling, upload, list, draw, swap, total, step, step_cpu;
+    long rss[4] = {rss_mb(), 0, 0, 0};  // MB: at start, decoded, uploaded, drawn
     std::uint32_t width = 0, height = 0;
     libgr::texparameter2d_t const parameters{GL_LINEAR_MIPMAP_LINEAR, GL_LINEAR, GL_CLAMP_TO_EDGE,
                                              GL_CLAMP_TO_EDGE, 1.0f};
@@ -126,6 +138,7 @@ int main(int argc, char** argv)
             codec.setRGBA(true);
             if (!codec.load(image, pages[0].c_str())) return 1;
             decode.push_back(ms_since(t));
+            if (run == 0) rss[1] = rss_mb();
             width = image.m_width;
             height = image.m_height;
 
@@ -141,6 +154,7 @@ int main(int argc, char** argv)
             textures.Preload();
             glFinish();
             upload.push_back(ms_since(t));
+            if (run == 0) rss[2] = rss_mb();
 
             picture_node picture;
             picture.textures = &textures;
@@ -160,6 +174,7 @@ int main(int argc, char** argv)
             dsplist.Draw();
             glFinish();
             draw.push_back(ms_since(t));
+            if (run == 0) rss[3] = rss_mb();
 
             t = clock_type::now();
             glfwSwapBuffers(window);
@@ -203,5 +218,7 @@ int main(int argc, char** argv)
     std::printf("  swap                      %8.1f\n", median(swap));
     std::printf("  file to frame, scene      %8.1f\n", median(total));
     std::printf("  page step, scene          %8.1f (CPU %.1f)\n", median(step), median(step_cpu));
+    std::printf("resident MB in the first run: at start %ld, decoded %ld, uploaded %ld, drawn %ld\n", rss[0],
+                rss[1], rss[2], rss[3]);
     return 0;
 }

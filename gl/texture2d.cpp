@@ -221,6 +221,11 @@ void grTexture2D::Load() const
             unsigned const pixel =
                 square && is_GL_VERSION_3_0_supported ? averageable_pixel_bytes(base) : 0;
             if (pixel != 0) {
+                // A mipmap filter before the storage is made has drivers
+                // make room for all the levels at once; otherwise some
+                // allocate level 0 alone and move it once the others come,
+                // holding both meanwhile. Tiles are drawn with it anyway.
+                glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
                 full_upload(base, lf, m_size, m_border);
                 continue_edges_upload(base, lf, side);
                 upload_averaged_levels(base, lf, side, pixel);

@@ -6,8 +6,10 @@
 #include "geometry/text.h"
 #include "gl/beginner.h"
 #include "gl/error.h"
+#include "gl/renderer.h"
 #include "image/convert.h"
 #include "options/option.h"
+#include "utils/alloc.h"
 #include "utils/bits.h"
 #include "utils/diag.h"
 
@@ -148,8 +150,29 @@ std::vector<libgr::grTextureObject> s_spare_texobjs;
 
 }  // namespace
 
+namespace {
+
+// Bytes a driver that keeps textures in this process needs for the tiles
+// that get no spare name: a square of the tiles' side with its levels (a
+// third more), in texels of 4 bytes but for gray, plus some slack.
+unsigned long fresh_texture_bytes(std::vector<libgr::grTexture2D> const& textures, std::size_t spares)
+{
+    if (textures.size() <= spares || textures[0].getImages().empty()) return 0;
+    libgr::image2d_t const& tile = textures[0].getImages()[0];
+    std::uint64_t const bits = tile.desc.getPixelBits();
+    std::uint64_t const texel = bits <= 8 ? 1 : bits <= 16 ? 2 : 4;  // bytes
+    std::uint64_t const side = textures[0].getSize();
+    std::uint64_t const each = side * side * texel * 4 / 3 + 4096;
+    return static_cast<unsigned long>(each * (textures.size() - spares));
+}
+
+}  // namespace
+
 void multi_texture_object_t::Preload()
 {
+    // A software rasteriser's storage for hundreds of tiles would otherwise
+    // come in page by page as the driver clears it.
+    if (libgr::grRendersOnCpu()) libutils::warm_heap(fresh_texture_bytes(m_textures, s_spare_texobjs.size()));
     m_texobjs.resize(m_textures.size());
     for (std::size_t i = 0; i < m_textures.size(); ++i) {
         if (!s_spare_texobjs.empty()) {

@@ -395,13 +395,20 @@ bool ViewFrame::s_fragment_program_loaded = false;
 
 ViewFrame::~ViewFrame() = default;
 
-void ViewFrame::init(char const* datapath)
+namespace {
+
+// Which of the frame's pictures have been made. Each is read and converted
+// the first time a frame needs it rather than at start: the plain band, the
+// default, needs none of them, and the normalisation cube map alone is a
+// noticeable part of starting up.
+struct made_t {
+    bool mono = false, hairline = false, flower = false, normal = false;
+} s_made;
+
+}  // namespace
+
+void ViewFrame::init(char const* /*datapath*/)
 {
-    if (s_inited) return;
-    load_image_rgb(s_monotex, "hairline.bmp", datapath);
-    load_image_rgb(s_flowertex, "flower.bmp", datapath);
-    load_image_heightmap(s_hairlinetex, "hairline.bmp", 100.0f, datapath);
-    load_image_normalmap(s_normaltex);
     s_inited = true;
 }
 
@@ -412,6 +419,7 @@ void ViewFrame::destroy()
     s_flowertex.clear();
     s_hairlinetex.clear();
     s_normaltex.clear();
+    s_made = made_t();
     s_inited = false;
 }
 
@@ -437,8 +445,18 @@ e_bumppath_t ViewFrame::bumppath()
 
 void ViewFrame::make_graph(char const* datapath)
 {
+    auto const mono = [datapath] {
+        if (!s_made.mono) load_image_rgb(s_monotex, "hairline.bmp", datapath);
+        s_made.mono = true;
+    };
+    auto const hairline = [datapath] {
+        if (!s_made.hairline) load_image_heightmap(s_hairlinetex, "hairline.bmp", 100.0f, datapath);
+        s_made.hairline = true;
+    };
     switch (m_frametype) {
     case FRAMETYPE_FLOWER:
+        if (!s_made.flower) load_image_rgb(s_flowertex, "flower.bmp", datapath);
+        s_made.flower = true;
         s_flowertexobj.Preload(&s_flowertex);
         return;
     case FRAMETYPE_BUMP_BROWN:
@@ -448,6 +466,7 @@ void ViewFrame::make_graph(char const* datapath)
         return;
     }
     if (programs_available()) {
+        hairline();
         s_hairlinetexobj.Preload(&s_hairlinetex);
         glGenProgramsARB(1, &s_vertex_program);
         glBindProgramARB(GL_VERTEX_PROGRAM_ARB, s_vertex_program);
@@ -460,10 +479,14 @@ void ViewFrame::make_graph(char const* datapath)
         if (s_vertex_program_loaded && s_fragment_program_loaded) return;
     }
     if (combiners_available()) {
+        hairline();
+        if (!s_made.normal) load_image_normalmap(s_normaltex);
+        s_made.normal = true;
         s_hairlinetexobj.Preload(&s_hairlinetex);
         s_normaltexobj.Preload(&s_normaltex);
         return;
     }
+    mono();
     s_monotexobj.Preload(&s_monotex);
 }
 

@@ -4,7 +4,11 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <cstdlib>
 #include <new>
+#include <vector>
+
+#include <malloc.h>
 
 #include <fcntl.h>
 #include <sys/mman.h>
@@ -73,10 +77,30 @@ namespace {
 constexpr std::uintptr_t kHugePage = 2ul << 20;  // bytes
 constexpr std::uintptr_t kPage = 4096;           // bytes
 
+#ifndef MADV_POPULATE_WRITE
+#define MADV_POPULATE_WRITE 23  // Linux 5.14; older kernels refuse it, which is harmless
+#endif
+
+// Brings the writable memory [p, p + size) in at once, in huge pages where
+// whole ones fit: one call instead of a fault for every 4 KiB page. Fresh
+// pages are dear (on a virtual machine far dearer than the writes that
+// touch them), and memory about to be filled anyway loses nothing by being
+// there early. Only advice: memory the kernel won't bring in stays good.
+void bring_in(void* p, std::uintptr_t size)
+{
+    std::uintptr_t const start = reinterpret_cast<std::uintptr_t>(p);
+    std::uintptr_t const huge_start = (start + kHugePage - 1) & ~(kHugePage - 1);
+    std::uintptr_t const huge_end = (start + size) & ~(kHugePage - 1);
+    if (huge_end > huge_start)
+        ::madvise(reinterpret_cast<void*>(huge_start), huge_end - huge_start, MADV_HUGEPAGE);
+    std::uintptr_t const page_start = (start + kPage - 1) & ~(kPage - 1);
+    std::uintptr_t const page_end = (start + size) & ~(kPage - 1);
+    if (page_end > page_start)
+        ::madvise(reinterpret_cast<void*>(page_start), page_end - page_start, MADV_POPULATE_WRITE);
+}
+
 // Private anonymous memory; a large block (a decoded photo) on huge-page
-// boundaries and marked for huge pages, so that filling it takes one fault
-// for 2 MiB rather than one for every 4 KiB. On a virtual machine the faults
-// of fresh memory cost more than the writes that cause them.
+// boundaries and brought in at once.
 void* map_anonymous(unsigned long size, int prot)
 {
     // A size that can't be had anyway is left to fail as it is.
@@ -91,12 +115,38 @@ void* map_anonymous(unsigned long size, int prot)
     if (aligned > start) ::munmap(raw, aligned - start);
     if (start + span > end) ::munmap(reinterpret_cast<void*>(end), start + span - end);
     void* const p = reinterpret_cast<void*>(aligned);
-    // Only advice: without it the block is still good memory.
-    ::madvise(p, size, MADV_HUGEPAGE);
+    bring_in(p, size);
     return p;
 }
 
 }  // namespace
+
+void warm_heap(unsigned long bytes)
+{
+    static bool tuned = false;
+    if (!tuned) {
+        // Blocks below 32 MiB, the most the C library allows here, come from
+        // the heap rather than from mappings of their own that are new
+        // pages every time; and freed memory stays for the next picture.
+        ::mallopt(M_MMAP_THRESHOLD, 32 << 20);
+        ::mallopt(M_TRIM_THRESHOLD, 256 << 20);
+        tuned = true;
+    }
+    struct mallinfo2 const info = ::mallinfo2();
+    if (info.fordblks >= bytes) return;
+    // Taken in pieces below the threshold, brought in, and given back: the
+    // pieces join the heap's free memory, where the next allocations find
+    // them.
+    constexpr unsigned long kPiece = 16ul << 20;  // bytes
+    std::vector<void*> pieces;
+    for (unsigned long got = info.fordblks; got < bytes; got += kPiece) {
+        void* const piece = std::malloc(kPiece);
+        if (!piece) break;
+        bring_in(piece, kPiece);
+        pieces.push_back(piece);
+    }
+    for (void* piece : pieces) std::free(piece);
+}
 
 void* alloc_mmap_unix::allocate(unsigned long& size, char const* path, e_prot_t prot,
                                 unsigned long long offset, android_app* /*app*/)

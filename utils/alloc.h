@@ -66,6 +66,15 @@ struct alloc_mmap_unix {
     bool writable() const;
 };
 
+// Makes sure the C library's heap holds at least `bytes` of free memory that
+// is already in place, in huge pages where the system gives them, ahead of
+// many allocations made by code we can't reach into: a GL driver that keeps
+// textures in this process. Fresh memory would otherwise come in one fault
+// for every 4 KiB page it touches, which on a virtual machine costs more
+// than filling it. The first call also has blocks below 32 MiB come from the
+// heap and freed memory kept for reuse (up to 256 MiB at its end).
+void warm_heap(unsigned long bytes);
+
 }  // namespace libutils
 
 #endif
