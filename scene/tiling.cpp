@@ -152,34 +152,50 @@ std::vector<libgr::grTextureObject> s_spare_texobjs;
 
 namespace {
 
-// Bytes a driver that keeps textures in this process needs for the tiles
-// that get no spare name: a square of the tiles' side with its levels (a
-// third more), in texels of 4 bytes but for gray, plus some slack.
-unsigned long fresh_texture_bytes(std::vector<libgr::grTexture2D> const& textures, std::size_t spares)
+// Bytes a driver that keeps textures in this process needs for `count`
+// new tiles: a square of the tiles' side with its levels (a third more), in
+// texels of 4 bytes but for gray, plus some slack.
+unsigned long fresh_texture_bytes(std::vector<libgr::grTexture2D> const& textures, std::size_t count)
 {
-    if (textures.size() <= spares || textures[0].getImages().empty()) return 0;
+    if (textures.empty() || textures[0].getImages().empty()) return 0;
     libgr::image2d_t const& tile = textures[0].getImages()[0];
     std::uint64_t const bits = tile.desc.getPixelBits();
     std::uint64_t const texel = bits <= 8 ? 1 : bits <= 16 ? 2 : 4;  // bytes
     std::uint64_t const side = textures[0].getSize();
     std::uint64_t const each = side * side * texel * 4 / 3 + 4096;
-    return static_cast<unsigned long>(each * (textures.size() - spares));
+    return static_cast<unsigned long>(each * count);
 }
 
 }  // namespace
 
 void multi_texture_object_t::Preload()
 {
+    Preload({});
+}
+
+void multi_texture_object_t::Preload(std::function<void(std::uint32_t rows)> const& rows_done)
+{
     // A software rasteriser's storage for hundreds of tiles would otherwise
-    // come in page by page as the driver clears it.
-    if (libgr::grRendersOnCpu()) libutils::warm_heap(fresh_texture_bytes(m_textures, s_spare_texobjs.size()));
+    // come in page by page as the driver clears it. A row's worth at a time,
+    // so that the picture's rows given back meanwhile make room for it.
+    bool const warm = libgr::grRendersOnCpu();
     m_texobjs.resize(m_textures.size());
+    std::uint32_t rows = 0;
     for (std::size_t i = 0; i < m_textures.size(); ++i) {
+        if (warm && m_cols != 0 && i % m_cols == 0) {
+            std::size_t const fresh = m_cols > s_spare_texobjs.size() ? m_cols - s_spare_texobjs.size() : 0;
+            libutils::warm_heap(fresh_texture_bytes(m_textures, fresh));
+        }
         if (!s_spare_texobjs.empty()) {
             m_texobjs[i] = s_spare_texobjs.back();
             s_spare_texobjs.pop_back();
         }
         m_texobjs[i].Preload(&m_textures[i]);
+        if (rows_done && m_cols != 0 && (i + 1) % m_cols == 0) {
+            std::vector<libgr::image2d_t> const& first = m_textures[i + 1 - m_cols].getImages();
+            rows += first.empty() ? 0 : first[0].m_height;
+            rows_done(rows);
+        }
     }
     // What this picture didn't need is let go, so that a small picture after
     // a large one doesn't keep the large one's memory.

@@ -9,6 +9,7 @@
 #define ZANOVIEW_SCENE_TILING_H
 
 #include <cstdint>
+#include <functional>
 #include <vector>
 
 #include "geometry/vector.h"
@@ -52,6 +53,9 @@ struct multi_texture_object_t {
     // Creates and fills the GL textures; needs a current context. Names the
     // last Unload let go are filled again before new ones are made.
     void Preload();
+    // The same, telling `rows_done` after each row of tiles how many of the
+    // picture's rows, from the bottom, are now in textures.
+    void Preload(std::function<void(std::uint32_t rows)> const& rows_done);
     // Unbinds the textures and hands their names, storage and all, to the
     // next Preload of any picture; that Preload deletes those it can't use.
     void Unload();

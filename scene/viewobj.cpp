@@ -13,6 +13,7 @@
 #include "gl/readpixels.h"
 #include "image/convert.h"
 #include "options/option.h"
+#include "utils/alloc.h"
 #include "utils/path.h"
 
 namespace zanolib {
@@ -71,6 +72,7 @@ bool ViewObject::setImage(char const* path, char const* /*datapath*/)
 
     // A previous load's unpack setting must not leak into this one.
     m_image.store = nullptr;
+    m_pixels_released = false;
     // A codec that failed stays in its place for the next try.
     if (!codec->load(m_image, path)) return false;
     m_rightrotatecount = codec->rightrotatecount();
@@ -130,8 +132,23 @@ bool ViewObject::saveImage(char const* path)
 void ViewObject::load_texture()
 {
     if (m_texture_loaded) return;
-    m_texobject.Preload();
+    if (m_pixels_released) {
+        std::string const path = m_path;
+        if (!setImage(path.c_str(), nullptr)) return;
+    }
+    m_released = 0;
+    m_texobject.Preload([this](std::uint32_t rows) { release_rows(rows); });
+    m_pixels_released = true;
     m_texture_loaded = true;
+}
+
+void ViewObject::release_rows(std::uint32_t rows)
+{
+    std::uint64_t const end = std::min<std::uint64_t>(
+        m_image.rowsize() * (std::uint64_t(m_image.window.skiprows) + rows), m_image.size());
+    if (end <= m_released) return;
+    libutils::release_pages(m_image.begin() + m_released, m_image.begin() + end);
+    m_released = end;
 }
 
 void ViewObject::free_texture()

@@ -36,7 +36,10 @@ public:
     // "a/b.zvw.jpg". The picture file itself is never written.
     bool saveImage(char const* path);
 
-    // Makes the tile textures; needs a current context.
+    // Makes the tile textures; needs a current context. The picture's pixels
+    // are given back as their tiles go up, so the decoded picture and its
+    // textures are never in memory whole at the same time; making the
+    // textures again (a rebuild) reads the file again.
     void load_texture();
     void free_texture();
     bool is_resident() const;
@@ -55,6 +58,9 @@ public:
     using libgr::grObject3D::Draw;
 
 private:
+    // Gives back the pixel memory of the picture's rows below `rows`.
+    void release_rows(std::uint32_t rows);
+
     std::string m_path;
     std::vector<unsigned char> m_bytes;  // reserved
     unsigned long m_rightrotatecount = 0;
@@ -63,6 +69,8 @@ private:
     multi_texture_object_t m_texobject;
     libgr::texparameter2d_t m_texparameter;
     bool m_texture_loaded = false;
+    bool m_pixels_released = false;  // the textures hold the picture now, its record doesn't
+    std::uint64_t m_released = 0;    // bytes of m_image given back so far
     bool m_magsmooth = true;
 
     // The codec of each kind, alive for one load only.

@@ -24,16 +24,10 @@ constexpr int kWindowHeight = 600;
 
 int floor_half(int v) { return v >= 0 ? v / 2 : -((1 - v) / 2); }
 
-// Starts the viewer on one picture at scale 1 and compares the whole window
-// with the picture centred on the background. Returns the number of wrong
-// pixels; a few of them are described on the way.
-int compare_shown(std::string const& path, int width, int height, zvtest::pixel_fn const& colour)
+// Compares the window with the picture centred on the background at scale
+// 1. Returns the number of wrong pixels; a few of them are described.
+int wrong_pixels(zvtest::screenshot_t const& shot, int width, int height, zvtest::pixel_fn const& colour)
 {
-    // No frame: the background must reach the picture's edge.
-    ViewerProcess viewer({"-resizetype", "0", "-frametype", "0", "-winsize", "800x600", path},
-                         {"HOME=/nonexistent-zanoview-home"});
-    EXPECT_TRUE(viewer.wait_window());
-    zvtest::screenshot_t const shot = viewer.settled_screenshot();
     EXPECT_EQ(shot.width, kWindowWidth);
     EXPECT_EQ(shot.height, kWindowHeight);
     if (shot.width != kWindowWidth || shot.height != kWindowHeight) return -1;
@@ -59,6 +53,26 @@ int compare_shown(std::string const& path, int width, int height, zvtest::pixel_
                               << (inside ? " of picture pixel (" + std::to_string(px) + ", " + std::to_string(py) + ")"
                                          : " (background)");
         }
+    }
+    return wrong;
+}
+
+// Starts the viewer on one picture at scale 1 and compares the whole window
+// with it, then again after each of `keys`. Returns the number of wrong
+// pixels in all.
+int compare_shown(std::string const& path, int width, int height, zvtest::pixel_fn const& colour,
+                  std::vector<std::string> const& keys = {})
+{
+    // No frame: the background must reach the picture's edge.
+    ViewerProcess viewer({"-resizetype", "0", "-frametype", "0", "-winsize", "800x600", path},
+                         {"HOME=/nonexistent-zanoview-home"});
+    EXPECT_TRUE(viewer.wait_window());
+    zvtest::screenshot_t shot = viewer.settled_screenshot();
+    int wrong = wrong_pixels(shot, width, height, colour);
+    for (std::string const& key : keys) {
+        viewer.key(key);
+        shot = viewer.settled_screenshot();
+        wrong += wrong_pixels(shot, width, height, colour);
     }
     if (wrong) shot.save_ppm(path + ".shown.ppm");
     viewer.key("q");
@@ -150,6 +164,18 @@ TEST(ShownAtScaleOne, PngWithAlpha)
     std::string const path = dir.file("picture.png");
     ASSERT_TRUE(libgr::image_png_t().save(distinct_picture(203, 151, 4), path.c_str()));
     EXPECT_EQ(compare_shown(path, 203, 151, zvtest::distinct_colour), 0);
+}
+
+TEST(ShownAtScaleOne, AgainAfterARebuildOfItsTextures)
+{
+    // The decoded pixels are given back once the textures hold them: the
+    // rebuild reads the file again. Two tiles, so that rows go in turn.
+    zvtest::TempDir dir;
+    std::string const path = dir.file("picture.png");
+    ASSERT_TRUE(libgr::image_png_t().save(distinct_picture(203, 301, 3), path.c_str()));
+    // The rebuild itself doesn't redraw; "g" does, and at scale 1 either
+    // magnification shows the texels exactly.
+    EXPECT_EQ(compare_shown(path, 203, 301, zvtest::distinct_colour, {"r", "g"}), 0);
 }
 
 TEST(ShownAtScaleOne, Tga)

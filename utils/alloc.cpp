@@ -121,6 +121,13 @@ void* map_anonymous(unsigned long size, int prot)
 
 }  // namespace
 
+void release_pages(void* begin, void* end)
+{
+    std::uintptr_t const from = (reinterpret_cast<std::uintptr_t>(begin) + kPage - 1) & ~(kPage - 1);
+    std::uintptr_t const to = reinterpret_cast<std::uintptr_t>(end) & ~(kPage - 1);
+    if (to > from) ::madvise(reinterpret_cast<void*>(from), to - from, MADV_DONTNEED);
+}
+
 void warm_heap(unsigned long bytes)
 {
     static bool tuned = false;

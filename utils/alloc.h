@@ -75,6 +75,11 @@ struct alloc_mmap_unix {
 // heap and freed memory kept for reuse (up to 256 MiB at its end).
 void warm_heap(unsigned long bytes);
 
+// Gives the whole pages between `begin` and `end` back to the system. What
+// lay there reads as zeros afterwards (as the file's bytes again, in a file
+// mapping): for memory whose contents are no longer needed.
+void release_pages(void* begin, void* end);
+
 }  // namespace libutils
 
 #endif
