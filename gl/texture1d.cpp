@@ -71,64 +71,49 @@ GLenum grTexture1D::GetInternalFormat() const
 
 void grTexture1D::Load() const
 {
-    if (m_images.empty()) return;
-    image1d_t const& base = m_images[0];
-    grPalette palette;
-    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
-
-    gl_loading_format_t lf;
-    if (!m_buildmipmap) {
-        for (std::size_t i = 0; i < m_images.size(); ++i) {
-            image1d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, false /*compress*/)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                glTexImage1D(GL_TEXTURE_1D, level, GLint(lf.internalformat), width_of(img),
-                             i == 0 ? GLint(m_border) : 0, lf.format, lf.type, pixels_of(img));
-            } else {
-                // NOTE: not the picture's width; see the class comment.
-                GLsizei width = 0;
-                if (i == 0 && m_border) width += 2;
-                if (i == img.m_width) width += 2 * GLsizei(m_border);
-                upload_into(img, level, lf, width, m_border);
-            }
+    // Only a mipmapped first level may be compressed by the conversion.
+    auto const compress = [this](std::size_t i, bool mipmaps) { return mipmaps && i == 0 && m_internalcompression; };
+    auto const level = [this](image1d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            glTexImage1D(GL_TEXTURE_1D, i, GLint(lf.internalformat), width_of(img),
+                         i == 0 ? GLint(m_border) : 0, lf.format, lf.type, pixels_of(img));
+        } else {
+            // NOTE: not the picture's width; see the class comment.
+            GLsizei width = 0;
+            if (i == 0 && m_border) width += 2;
+            if (std::uint32_t(i) == img.m_width) width += 2 * GLsizei(m_border);
+            upload_into(img, i, lf, width, m_border);
         }
-    } else {
-        if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
-            unpack(base);
-            if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate(GL_TEXTURE_1D);
-                full_upload(base, lf, m_size, m_border);
-            } else if (!base.compressed) {
-                gluBuild1DMipmaps(GL_TEXTURE_1D, GLint(lf.internalformat), width_of(base),
-                                  lf.format, lf.type, pixels_of(base));
-            } else {
-                // GLU can't scale compressed texels: level 0 alone.
-                upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
-            }
+    };
+    auto const with_levels = [this](image1d_t const& base, gl_loading_format_t const& lf) {
+        if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
+            sgis_generate_scope generate(GL_TEXTURE_1D);
+            full_upload(base, lf, m_size, m_border);
+        } else if (!base.compressed) {
+            gluBuild1DMipmaps(GL_TEXTURE_1D, GLint(lf.internalformat), width_of(base), lf.format,
+                              lf.type, pixels_of(base));
+        } else {
+            // GLU can't scale compressed texels: level 0 alone.
+            upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
         }
-        GLsizei const side = GLsizei(real_max(m_size, m_border));
-        for (std::size_t i = 1; i < m_images.size(); ++i) {
-            image1d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, false /*compress*/)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                glTexImage1D(GL_TEXTURE_1D, level, GLint(lf.internalformat), width_of(img),
-                             0 /*border*/, lf.format, lf.type, pixels_of(img));
-            } else {
-                upload_into(img, level, lf, side, m_border);
-            }
+    };
+    auto const given_level = [this](image1d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            glTexImage1D(GL_TEXTURE_1D, i, GLint(lf.internalformat), width_of(img), 0 /*border*/,
+                         lf.format, lf.type, pixels_of(img));
+        } else {
+            upload_into(img, i, lf, GLsizei(real_max(m_size, m_border)), m_border);
         }
-    }
-
-    grTexParameter(m_texparameter);
-    grTexParameter(GL_TEXTURE_1D, m_bordercolor);
+    };
+    auto const parameters = [this] {
+        grTexParameter(m_texparameter);
+        grTexParameter(GL_TEXTURE_1D, m_bordercolor);
+    };
+    upload_levels(m_images, m_buildmipmap, upload_steps_of(compress, level, with_levels, given_level, parameters));
 }
 
 }  // namespace libgr

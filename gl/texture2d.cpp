@@ -176,145 +176,116 @@ GLenum grTexture2D::GetInternalFormat() const
 
 void grTexture2D::Load() const
 {
-    if (m_images.empty()) return;
-    image2d_t const& base = m_images[0];
-    // The first level's palette serves all levels.
-    grPalette palette;
-    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
-
-    gl_loading_format_t lf;
-    if (!m_buildmipmap) {
-        for (std::size_t i = 0; i < m_images.size(); ++i) {
-            image2d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            GLint const border = i == 0 ? GLint(m_border) : 0;
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                grPrintError("before-teximage2d(not-mipmap)");
-                glTexImage2D(GL_TEXTURE_2D, level, GLint(lf.internalformat), width_of(img),
-                             height_of(img), border, lf.format, lf.type, pixels_of(img));
-                grPrintError("after-teximage2d(not-mipmap)");
-            } else {
-                // NOTE: this side is not real_max: it comes out 0 at level 0
-                // without a border, and the sub-image then has no room. Kept
-                // as it is for compatibility; nothing asks for a square
-                // without mipmaps (tiles always build them).
-                GLsizei side = 0;
-                if (i < 32 && i == (m_size >> i)) side += 2 * GLsizei(m_border);
-                if (i == 0 && m_border) side += 2;
-                glTexImage2D(GL_TEXTURE_2D, level, GLint(lf.internalformat), side, side, border,
-                             lf.format, lf.type, nullptr);
-                update_level(img, level, lf);
-            }
+    auto const compress = [this](std::size_t, bool) { return m_internalcompression; };
+    auto const level = [this](image2d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        GLint const border = i == 0 ? GLint(m_border) : 0;
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            grPrintError("before-teximage2d(not-mipmap)");
+            glTexImage2D(GL_TEXTURE_2D, i, GLint(lf.internalformat), width_of(img), height_of(img),
+                         border, lf.format, lf.type, pixels_of(img));
+            grPrintError("after-teximage2d(not-mipmap)");
+        } else {
+            // NOTE: this side is not real_max: it comes out 0 at level 0
+            // without a border, and the sub-image then has no room. Kept as
+            // it is for compatibility; nothing asks for a square without
+            // mipmaps (tiles always build them).
+            GLsizei side = 0;
+            if (i < 32 && std::uint32_t(i) == (m_size >> i)) side += 2 * GLsizei(m_border);
+            if (i == 0 && m_border) side += 2;
+            glTexImage2D(GL_TEXTURE_2D, i, GLint(lf.internalformat), side, side, border, lf.format,
+                         lf.type, nullptr);
+            update_level(img, i, lf);
         }
-    } else {
-        if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
-            unpack(base);
-            // A picture in the corner of a larger square: the routes below
-            // continue its edges into the rest of level 0.
-            bool const square = m_size != 0 && !m_border && !base.compressed;
-            std::uint32_t const side = square ? real_max(m_size, false) : 0;
-            // Where the GL would render the levels, they are averaged here.
-            unsigned const pixel =
-                square && is_GL_VERSION_3_0_supported ? averageable_pixel_bytes(base) : 0;
-            if (pixel != 0) {
-                // A mipmap filter before the storage is made has drivers
-                // make room for all the levels at once; otherwise some
-                // allocate level 0 alone and move it once the others come,
-                // holding both meanwhile. Tiles are drawn with it anyway.
-                glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
-                full_upload(base, lf, m_size, m_border);
-                continue_edges_upload(base, lf, side);
-                upload_averaged_levels(base, lf, side, pixel);
-            } else if (is_GL_VERSION_3_0_supported) {
-                full_upload(base, lf, m_size, m_border);
-                if (square) continue_edges_upload(base, lf, side);
-                glGenerateMipmap(GL_TEXTURE_2D);
-            } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate(GL_TEXTURE_2D);
-                full_upload(base, lf, m_size, m_border);
-                if (square) continue_edges_upload(base, lf, side);
-            } else if (!base.compressed) {
-                build_mipmaps_with_glu(base, lf);
-            } else {
-                log_compressed_mipmap_fallback();
-                upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
-            }
+    };
+    auto const with_levels = [this](image2d_t const& base, gl_loading_format_t const& lf) {
+        // A picture in the corner of a larger square: the routes below
+        // continue its edges into the rest of level 0.
+        bool const square = m_size != 0 && !m_border && !base.compressed;
+        std::uint32_t const side = square ? real_max(m_size, false) : 0;
+        // Where the GL would render the levels, they are averaged here.
+        unsigned const pixel = square && is_GL_VERSION_3_0_supported ? averageable_pixel_bytes(base) : 0;
+        if (pixel != 0) {
+            // A mipmap filter before the storage is made has drivers make
+            // room for all the levels at once; otherwise some allocate level
+            // 0 alone and move it once the others come, holding both
+            // meanwhile. Tiles are drawn with it anyway.
+            glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR_MIPMAP_LINEAR);
+            full_upload(base, lf, m_size, m_border);
+            continue_edges_upload(base, lf, side);
+            upload_averaged_levels(base, lf, side, pixel);
+        } else if (is_GL_VERSION_3_0_supported) {
+            full_upload(base, lf, m_size, m_border);
+            if (square) continue_edges_upload(base, lf, side);
+            glGenerateMipmap(GL_TEXTURE_2D);
+        } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
+            sgis_generate_scope generate(GL_TEXTURE_2D);
+            full_upload(base, lf, m_size, m_border);
+            if (square) continue_edges_upload(base, lf, side);
+        } else if (!base.compressed) {
+            build_mipmaps_with_glu(base, lf);
+        } else {
+            log_compressed_mipmap_fallback();
+            upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
         }
-        // Given levels replace what was generated for them. Every level gets
-        // a square of the same power of two as level 0.
-        std::uint32_t const side = pow2_at_least(m_size);
-        for (std::size_t i = 1; i < m_images.size(); ++i) {
-            image2d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                glTexImage2D(GL_TEXTURE_2D, level, GLint(lf.internalformat), width_of(img),
-                             height_of(img), 0 /*border*/, lf.format, lf.type, pixels_of(img));
-            } else {
-                glTexImage2D(GL_TEXTURE_2D, level, GLint(lf.internalformat), GLsizei(side),
-                             GLsizei(side), 0 /*border*/, lf.format, lf.type, nullptr);
-                update_level(img, level, lf);
-            }
+    };
+    // Given levels replace what was generated for them. Every level gets a
+    // square of the same power of two as level 0.
+    auto const given_level = [this](image2d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            glTexImage2D(GL_TEXTURE_2D, i, GLint(lf.internalformat), width_of(img), height_of(img),
+                         0 /*border*/, lf.format, lf.type, pixels_of(img));
+        } else {
+            GLsizei const side = GLsizei(pow2_at_least(m_size));
+            glTexImage2D(GL_TEXTURE_2D, i, GLint(lf.internalformat), side, side, 0 /*border*/,
+                         lf.format, lf.type, nullptr);
+            update_level(img, i, lf);
         }
-    }
-
-    grTexParameter(m_texparameter);
-    if (m_border) grTexParameter(GL_TEXTURE_2D, m_bordercolor);
+    };
+    upload_levels(m_images, m_buildmipmap,
+                  upload_steps_of(compress, level, with_levels, given_level, [this] { parameters(); }));
 }
 
 void grTexture2D::Reload() const
 {
-    if (m_images.empty()) return;
-    image2d_t const& base = m_images[0];
-    grPalette palette;
-    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
-
-    gl_loading_format_t lf;
-    // Levels handled already; the others go up as given.
-    std::size_t first = 0;
-    if (m_buildmipmap) {
-        first = 1;
-        if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
-            unpack(base);
-            if (is_GL_VERSION_3_0_supported) {
-                if (base.compressed)
-                    update_compressed(base, 0 /*level*/, lf.internalformat);
-                else if (m_size == 0)
-                    update_level(base, 0 /*level*/, lf);
-                else
-                    update_corner(base, lf, real_max(m_size, m_border), m_border);
-                glGenerateMipmap(GL_TEXTURE_2D);
-            } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate(GL_TEXTURE_2D);
-                if (base.compressed)
-                    update_compressed(base, 0 /*level*/, lf.internalformat);
-                else
-                    update_level(base, 0 /*level*/, lf);
-            } else if (!base.compressed) {
-                build_mipmaps_with_glu(base, lf);
-            } else {
-                log_compressed_mipmap_fallback();
-                update_compressed(base, 0 /*level*/, lf.internalformat);
-            }
-        }
-    }
-    for (std::size_t i = first; i < m_images.size(); ++i) {
-        image2d_t const& img = m_images[i];
-        if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression)) continue;
-        unpack(img);
+    auto const update = [](image2d_t const& img, GLint i, gl_loading_format_t const& lf) {
         if (img.compressed)
-            update_compressed(img, GLint(i), lf.internalformat);
+            update_compressed(img, i, lf.internalformat);
         else
-            update_level(img, GLint(i), lf);
-    }
+            update_level(img, i, lf);
+    };
+    auto const with_levels = [this](image2d_t const& base, gl_loading_format_t const& lf) {
+        if (is_GL_VERSION_3_0_supported) {
+            if (base.compressed)
+                update_compressed(base, 0 /*level*/, lf.internalformat);
+            else if (m_size == 0)
+                update_level(base, 0 /*level*/, lf);
+            else
+                update_corner(base, lf, real_max(m_size, m_border), m_border);
+            glGenerateMipmap(GL_TEXTURE_2D);
+        } else if (is_GL_SGIS_generate_mipmap_supported && sgis_can_generate(lf.internalformat)) {
+            sgis_generate_scope generate(GL_TEXTURE_2D);
+            if (base.compressed)
+                update_compressed(base, 0 /*level*/, lf.internalformat);
+            else
+                update_level(base, 0 /*level*/, lf);
+        } else if (!base.compressed) {
+            build_mipmaps_with_glu(base, lf);
+        } else {
+            log_compressed_mipmap_fallback();
+            update_compressed(base, 0 /*level*/, lf.internalformat);
+        }
+    };
+    upload_levels(m_images, m_buildmipmap,
+                  upload_steps_of([this](std::size_t, bool) { return m_internalcompression; }, update,
+                                  with_levels, update, [this] { parameters(); }));
+}
 
+void grTexture2D::parameters() const
+{
     grTexParameter(m_texparameter);
     if (m_border) grTexParameter(GL_TEXTURE_2D, m_bordercolor);
 }

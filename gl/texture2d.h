@@ -76,6 +76,9 @@ public:
     std::uint32_t getSize() const { return m_size; }
 
 private:
+    // The filter record and, with a border, its colour, after an upload.
+    void parameters() const;
+
     std::vector<image2d_t> m_images;  // element i is level i
     std::uint32_t m_size = 0;         // pixels; 0: the exact size of the picture
     bool m_internalcompression = false;

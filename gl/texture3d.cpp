@@ -103,78 +103,58 @@ GLenum grTexture3D::GetInternalFormat() const
 
 void grTexture3D::Load() const
 {
-    if (m_images.empty()) return;
-    image3d_t const& base = m_images[0];
-    grPalette palette;
-    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
-
-    gl_loading_format_t lf;
-    if (!m_buildmipmap) {
-        // NOTE: with a size, every level is allocated with sides of 0, or 2
-        // for a zero size with a border; see the class comment.
-        std::uint32_t const pow2 = pow2_at_least(m_border ? m_size - 2 : m_size);
-        for (std::size_t i = 0; i < m_images.size(); ++i) {
-            image3d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            GLint const border = i == 0 ? GLint(m_border) : 0;
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                grPrintError("before-teximage3d(not-mipmap)");
-                glTexImage3DEXT(GL_TEXTURE_3D, level, lf.internalformat, width_of(img),
-                                height_of(img), depth_of(img), border, lf.format, lf.type,
-                                pixels_of(img));
-                grPrintError("after-teximage3d(not-mipmap)");
-            } else {
-                GLsizei const side = m_border && pow2 + i == 0 ? 2 : 0;
-                upload_into(img, level, lf, side, border);
-            }
+    auto const compress = [this](std::size_t, bool) { return m_internalcompression; };
+    auto const level = [this](image3d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        GLint const border = i == 0 ? GLint(m_border) : 0;
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            grPrintError("before-teximage3d(not-mipmap)");
+            glTexImage3DEXT(GL_TEXTURE_3D, i, lf.internalformat, width_of(img), height_of(img),
+                            depth_of(img), border, lf.format, lf.type, pixels_of(img));
+            grPrintError("after-teximage3d(not-mipmap)");
+        } else {
+            // NOTE: with a size, every level is allocated with sides of 0, or
+            // 2 for a zero size with a border; see the class comment.
+            std::uint32_t const pow2 = pow2_at_least(m_border ? m_size - 2 : m_size);
+            GLsizei const side = m_border && pow2 + std::uint32_t(i) == 0 ? 2 : 0;
+            upload_into(img, i, lf, side, border);
         }
-    } else {
-        if (grConvertImageFormatToGlFormatFULL(&lf, base.desc, m_internalcompression)) {
-            unpack(base);
-            bool const sgis = is_GL_SGIS_generate_mipmap_supported;
-            if (sgis && sgis_can_generate(lf.internalformat)) {
-                sgis_generate_scope generate(GL_TEXTURE_3D);
-                full_upload(base, lf, m_size, m_border);
-            } else if (!base.compressed) {
-                gluBuild3DMipmaps(GL_TEXTURE_3D, GLint(lf.internalformat), width_of(base),
-                                  height_of(base), depth_of(base), lf.format, lf.type,
-                                  pixels_of(base));
+    };
+    auto const with_levels = [this](image3d_t const& base, gl_loading_format_t const& lf) {
+        bool const sgis = is_GL_SGIS_generate_mipmap_supported;
+        if (sgis && sgis_can_generate(lf.internalformat)) {
+            sgis_generate_scope generate(GL_TEXTURE_3D);
+            full_upload(base, lf, m_size, m_border);
+        } else if (!base.compressed) {
+            gluBuild3DMipmaps(GL_TEXTURE_3D, GLint(lf.internalformat), width_of(base), height_of(base),
+                              depth_of(base), lf.format, lf.type, pixels_of(base));
+        } else {
+            if (sgis) {
+                log_compressed_mipmap_fallback();
             } else {
-                if (sgis) {
-                    log_compressed_mipmap_fallback();
-                } else {
-                    libutils::error();
-                    std::cerr << "Compressed image are can't build mipmaps in this environment."
-                              << std::endl;
-                }
-                upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
+                libutils::error();
+                std::cerr << "Compressed image are can't build mipmaps in this environment." << std::endl;
             }
+            upload_compressed(base, 0 /*level*/, lf.internalformat, m_border);
         }
-        GLsizei const side = GLsizei(real_max(m_size, m_border));
-        for (std::size_t i = 1; i < m_images.size(); ++i) {
-            image3d_t const& img = m_images[i];
-            if (!grConvertImageFormatToGlFormatFULL(&lf, img.desc, m_internalcompression)) continue;
-            unpack(img);
-            GLint const level = GLint(i);
-            if (img.compressed) {
-                upload_compressed(img, level, lf.internalformat, m_border);
-            } else if (m_size == 0) {
-                glTexImage3DEXT(GL_TEXTURE_3D, level, lf.internalformat, width_of(img),
-                                height_of(img), depth_of(img), 0 /*border*/, lf.format, lf.type,
-                                pixels_of(img));
-            } else {
-                upload_into(img, level, lf, side, 0 /*border*/);
-            }
+    };
+    auto const given_level = [this](image3d_t const& img, GLint i, gl_loading_format_t const& lf) {
+        if (img.compressed) {
+            upload_compressed(img, i, lf.internalformat, m_border);
+        } else if (m_size == 0) {
+            glTexImage3DEXT(GL_TEXTURE_3D, i, lf.internalformat, width_of(img), height_of(img),
+                            depth_of(img), 0 /*border*/, lf.format, lf.type, pixels_of(img));
+        } else {
+            upload_into(img, i, lf, GLsizei(real_max(m_size, m_border)), 0 /*border*/);
         }
-    }
-
-    grTexParameter(m_texparameter);
-    // NOTE: the cube-map target, not GL_TEXTURE_3D; see the class comment.
-    grTexParameter(GL_TEXTURE_CUBE_MAP, m_bordercolor);
+    };
+    auto const parameters = [this] {
+        grTexParameter(m_texparameter);
+        // NOTE: the cube-map target, not GL_TEXTURE_3D; see the class comment.
+        grTexParameter(GL_TEXTURE_CUBE_MAP, m_bordercolor);
+    };
+    upload_levels(m_images, m_buildmipmap, upload_steps_of(compress, level, with_levels, given_level, parameters));
 }
 
 }  // namespace libgr

@@ -14,6 +14,7 @@
 
 #include "gl/format.h"
 #include "gl/pixelstore.h"
+#include "gl/texture2d.h"
 
 namespace libgr {
 namespace texture_upload {
@@ -128,6 +129,62 @@ public:
 private:
     GLenum m_target;
 };
+
+// The steps of one target's upload that differ from the others'; made from
+// lambdas by upload_steps_of and run in order by upload_levels.
+//   compress(level, mipmaps): the conversion's compression argument;
+//   level(img, i, lf): level i without mipmaps;
+//   with_levels(img, lf): the first level, with the levels below it made;
+//   given_level(img, i, lf): a given level above the first, with mipmaps;
+//   parameters(): last of all.
+template <class Compress, class Level, class WithLevels, class GivenLevel, class Parameters>
+struct upload_steps {
+    Compress compress;
+    Level level;
+    WithLevels with_levels;
+    GivenLevel given_level;
+    Parameters parameters;
+};
+
+template <class Compress, class Level, class WithLevels, class GivenLevel, class Parameters>
+upload_steps<Compress, Level, WithLevels, GivenLevel, Parameters> upload_steps_of(
+    Compress compress, Level level, WithLevels with_levels, GivenLevel given_level, Parameters parameters)
+{
+    return {compress, level, with_levels, given_level, parameters};
+}
+
+// The order of every target's upload, whatever its target, sizes and odd
+// rules: nothing without images; the first level's palette serves all
+// levels while the upload lasts; without mipmaps every level goes up by
+// itself, with them the first level goes up with the levels below it made
+// from it, and the levels given above it are put over those; the target's
+// parameters come last. Each level is converted and unpacked before its
+// step; one whose description the GL can't take is left out.
+template <class Image, class Steps>
+void upload_levels(std::vector<Image> const& images, bool buildmipmap, Steps const& steps)
+{
+    if (images.empty()) return;
+    Image const& base = images[0];
+    grPalette palette;
+    if (base.desc.format == IMAGE_FORMAT_INDEX) palette.Load(base.palette);
+
+    gl_loading_format_t lf;
+    auto const ready = [&](std::size_t i) {
+        if (!grConvertImageFormatToGlFormatFULL(&lf, images[i].desc, steps.compress(i, buildmipmap)))
+            return false;
+        unpack(images[i]);
+        return true;
+    };
+    if (!buildmipmap) {
+        for (std::size_t i = 0; i < images.size(); ++i)
+            if (ready(i)) steps.level(images[i], GLint(i), lf);
+    } else {
+        if (ready(0)) steps.with_levels(base, lf);
+        for (std::size_t i = 1; i < images.size(); ++i)
+            if (ready(i)) steps.given_level(images[i], GLint(i), lf);
+    }
+    steps.parameters();
+}
 
 inline void log_compression_unsupported()
 {
