@@ -1,7 +1,10 @@
 #include "glext/glext.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <string>
+#include <vector>
 
 #include <dlfcn.h>
 
@@ -45,14 +48,30 @@ bool in_indexed_extensions(char const* name)
     // This member is where glGetStringi would come from; AGL_init has taken it
     // already, and the member stays empty, hence cheap to call for every name.
     init_GL_VERSION_3_0();
+    // The list is read once for a context and kept sorted: the loader asks
+    // for some six hundred names, and drivers find the i-th entry by walking
+    // their table, so asking entry by entry for each name costs a noticeable
+    // part of starting up.
+    static void* listed_context = nullptr;
+    static GLint listed_count = -1;
+    static std::vector<std::string> listed;
+    using current_context_t = void* (*)();
+    static auto const current_context =
+        reinterpret_cast<current_context_t>(__gl_GetProcAddress("glXGetCurrentContext"));
+    void* const context = current_context ? current_context() : nullptr;
     GLint count = 0;
     glGetIntegerv(GL_NUM_EXTENSIONS, &count);
-    for (GLint i = 0; i < count; ++i) {
-        char const* entry = as_text(glGetStringi(GL_EXTENSIONS, static_cast<GLuint>(i)));
-        if (entry && std::strcmp(entry, name) == 0)
-            return true;
+    if (!context || context != listed_context || count != listed_count) {
+        listed.clear();
+        for (GLint i = 0; i < count; ++i)
+            if (char const* entry = as_text(glGetStringi(GL_EXTENSIONS, static_cast<GLuint>(i))))
+                listed.emplace_back(entry);
+        std::sort(listed.begin(), listed.end());
+        // Without a way to tell contexts apart the list is read every time.
+        listed_context = context;
+        listed_count = count;
     }
-    return false;
+    return std::binary_search(listed.begin(), listed.end(), name);
 }
 
 }  // namespace
