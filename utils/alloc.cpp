@@ -130,6 +130,12 @@ void release_pages(void* begin, void* end)
 
 void warm_heap(unsigned long bytes)
 {
+#if defined(__SANITIZE_ADDRESS__)
+    // The sanitizer's allocator is not the C library's: nothing to tune or
+    // warm, and freed pieces would only wait in its quarantine.
+    (void)bytes;
+    return;
+#endif
     static bool tuned = false;
     if (!tuned) {
         // Blocks below 32 MiB, the most the C library allows here, come from
