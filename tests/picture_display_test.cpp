@@ -212,7 +212,8 @@ edge_minima_t fitted_edges(std::string const& path, std::string const& winsize, 
     edge_minima_t edges;
     ViewerProcess viewer({"-frametype", "0", "-winsize", winsize, path}, {"HOME=/nonexistent-zanoview-home"});
     EXPECT_TRUE(viewer.wait_window());
-    zvtest::screenshot_t const shot = viewer.settled_screenshot();
+    // A large picture in a sanitizer build on a busy machine takes a while.
+    zvtest::screenshot_t const shot = viewer.settled_screenshot(90);
     int left = shot.width, right = -1, top = shot.height, bottom = -1;
     for (int y = 0; y < shot.height; ++y)
         for (int x = 0; x < shot.width; ++x) {
