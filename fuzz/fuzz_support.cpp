@@ -87,7 +87,9 @@ libgr::image_bytes_t make_view(std::uint8_t const* data, std::size_t size)
 void read_record(libgr::image2d_t const& image)
 {
     unsigned sum = 0;
-    std::uint64_t const need = image.compressed ? image.size() : image.datasize();
+    // The last row's padding is no pixel: a file may end before it.
+    std::uint64_t const need =
+        image.compressed ? image.size() : image.layout().end(image.m_width, image.m_height);
     if (need > image.size()) fault("an image record addresses bytes behind its store");
     unsigned char const* p = image.begin();
     if (need != 0) sum += p[0] + p[need - 1];
