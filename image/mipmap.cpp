@@ -20,17 +20,10 @@ unsigned whole_pixel_bytes(image2d_t const& img)
     return bits != 0 && bits % 8 == 0 ? unsigned(bits / 8) : 0;
 }
 
+// The window lies within its rows, and its pixels within the bytes.
 bool holds_window(image2d_t const& img)
 {
-    return img.rowlength() >= std::uint64_t(img.window.skippixels) + img.m_width &&
-           img.datasize() <= img.size();
-}
-
-// The first byte of the picture's row `y`.
-unsigned char const* row_of(image2d_t const& img, std::uint32_t y, unsigned pixel)
-{
-    return img.begin() + img.rowsize() * (std::uint64_t(img.window.skiprows) + y) +
-           std::uint64_t(pixel) * img.window.skippixels;
+    return img.rowlength() >= std::uint64_t(img.window.skippixels) + img.m_width && img.holds_pixels();
 }
 
 // One output row of a halved level: pixel i is the rounded mean of pixels
@@ -70,7 +63,7 @@ void halve_picture(unsigned char* out, std::uint64_t out_stride, image2d_t const
         }
         std::uint32_t const y0 = std::min(2 * j, h - 1);
         std::uint32_t const y1 = std::min(2 * j + 1, h - 1);
-        halve_row<N>(row, row_of(img, y0, N), row_of(img, y1, N), w / 2, w - 1, half);
+        halve_row<N>(row, img.pixel(0, y0), img.pixel(0, y1), w / 2, w - 1, half);
     }
 }
 
@@ -169,13 +162,13 @@ edge_strips_t continue_edges(image2d_t const& img, std::uint32_t side, unsigned 
     };
     if (w < side) {
         for (std::uint32_t y = 0; y < h; ++y)
-            repeat(right + right_stride * y, row_of(img, y, pixel) + std::uint64_t(pixel) * (w - 1), side - w);
+            repeat(right + right_stride * y, img.pixel(0, y) + std::uint64_t(pixel) * (w - 1), side - w);
         strips.right_width = side - w;
         strips.right_height = h;
         strips.right = right;
     }
     if (h < side) {
-        unsigned char const* const last = row_of(img, h - 1, pixel);
+        unsigned char const* const last = img.pixel(0, h - 1);
         std::memcpy(top, last, std::uint64_t(pixel) * w);
         repeat(top + std::uint64_t(pixel) * w, last + std::uint64_t(pixel) * (w - 1), side - w);
         for (std::uint32_t y = 1; y < side - h; ++y) std::memcpy(top + top_stride * y, top, top_stride);
