@@ -10,7 +10,10 @@
 #include "image/image.h"
 #include "image/mipmap.h"
 
+#include "tests/support/pixel_window.h"
+
 using namespace libgr;
+using zvtest::window_of;
 
 namespace {
 
@@ -29,18 +32,6 @@ image2d_t picture(std::uint32_t width, std::uint32_t height, e_image_format_t fo
     EXPECT_TRUE(img.allocate());
     for (std::uint64_t i = 0; i < img.size(); ++i) img.begin()[i] = std::uint8_t(i * 37 + i / 7);
     return img;
-}
-
-image2d_t window_of(image2d_t const& whole, std::uint32_t x, std::uint32_t y, std::uint32_t width,
-                    std::uint32_t height)
-{
-    image2d_t w = whole;
-    w.window.rowlength = std::uint32_t(whole.rowlength());
-    w.window.skippixels = x;
-    w.window.skiprows = y;
-    w.m_width = width;
-    w.m_height = height;
-    return w;
 }
 
 // Packed square levels, from level 0 down to 1 x 1.
@@ -74,14 +65,15 @@ model_t model_levels(image2d_t const& img, std::uint32_t side, unsigned pixel)
     return levels;
 }
 
-// Compares a made level, rows padded to `alignment`, with the model's.
-int wrong_bytes(unsigned char const* made, std::uint32_t side, unsigned pixel, unsigned alignment,
-                std::vector<std::uint8_t> const& expected)
+// The rows of `made`, `bytes` long and padded to `alignment`, that differ
+// from the model's rows, `model_stride` apart from `expected` on.
+int wrong_rows(unsigned char const* made, std::uint32_t rows, std::size_t bytes, unsigned alignment,
+               std::uint8_t const* expected, std::size_t model_stride)
 {
-    std::size_t const stride = (std::size_t(side) * pixel + alignment - 1) / alignment * alignment;
+    std::size_t const stride = (bytes + alignment - 1) / alignment * alignment;
     int wrong = 0;
-    for (std::uint32_t y = 0; y < side; ++y)
-        wrong += std::memcmp(made + stride * y, &expected[std::size_t(y) * side * pixel], std::size_t(side) * pixel) != 0;
+    for (std::uint32_t y = 0; y < rows; ++y)
+        wrong += std::memcmp(made + stride * y, expected + model_stride * y, bytes) != 0;
     return wrong;
 }
 
@@ -117,25 +109,22 @@ TEST(AveragedLevels, MatchTheModelForEveryByteFormatAndPartialTile)
         std::vector<square_level_t> const levels = average_levels(tile, c.side, c.pixel, c.alignment, storage);
         ASSERT_EQ(levels.size(), model.size() - 1);
         for (std::size_t i = 0; i < levels.size(); ++i) {
+            std::size_t const row = std::size_t(levels[i].side) * c.pixel;
             EXPECT_EQ(levels[i].side, c.side >> (i + 1));
-            EXPECT_EQ(wrong_bytes(levels[i].bytes, levels[i].side, c.pixel, c.alignment, model[i + 1]), 0)
+            EXPECT_EQ(wrong_rows(levels[i].bytes, levels[i].side, row, c.alignment, model[i + 1].data(), row), 0)
                 << "rows wrong at level " << i + 1;
         }
 
         // Level 0 beyond the picture: the right strip beside its rows, the
         // top strip across the whole square.
         edge_strips_t const strips = continue_edges(tile, c.side, c.alignment, storage);
-        std::vector<std::uint8_t> const& level0 = model[0];
-        std::size_t const right_stride = (std::size_t(c.side - c.width) * c.pixel + c.alignment - 1) / c.alignment * c.alignment;
-        std::size_t const top_stride = (std::size_t(c.side) * c.pixel + c.alignment - 1) / c.alignment * c.alignment;
-        int wrong = 0;
-        for (std::uint32_t y = 0; y < strips.right_height; ++y)
-            wrong += std::memcmp(strips.right + right_stride * y, &level0[(std::size_t(y) * c.side + c.width) * c.pixel],
-                                 std::size_t(strips.right_width) * c.pixel) != 0;
-        for (std::uint32_t y = 0; y < strips.top_height; ++y)
-            wrong += std::memcmp(strips.top + top_stride * y, &level0[std::size_t(c.height + y) * c.side * c.pixel],
-                                 std::size_t(c.side) * c.pixel) != 0;
-        EXPECT_EQ(wrong, 0) << "strip rows that don't continue the picture";
+        std::size_t const row = std::size_t(c.side) * c.pixel;
+        std::uint8_t const* const level0 = model[0].data();
+        EXPECT_EQ(wrong_rows(strips.right, strips.right_height, (c.side - c.width) * c.pixel, c.alignment,
+                             level0 + c.width * c.pixel, row) +
+                      wrong_rows(strips.top, strips.top_height, row, c.alignment, level0 + c.height * row, row),
+                  0)
+            << "strip rows that don't continue the picture";
         EXPECT_EQ(strips.right_width, c.side - c.width);
         EXPECT_EQ(strips.top_height, c.side - c.height);
         EXPECT_EQ(strips.right != nullptr, c.width < c.side);

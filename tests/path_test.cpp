@@ -2,37 +2,20 @@
 // and the search for a file along PATH.
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include <unistd.h>
 
 #include "utils/path.h"
 
-#include "tests/support/temp_dir.h"
+#include "tests/support/scratch.h"
+#include "tests/support/utf8_locale.h"
 
 namespace lu = libutils;
 
-namespace {
-
-// Reads text as UTF-8, as main's setlocale does on a usual desktop.
-class Utf8 : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!std::setlocale(LC_ALL, "C.UTF-8")) GTEST_SKIP() << "no C.UTF-8 locale";
-    }
-    void TearDown() override { std::setlocale(LC_ALL, m_saved.c_str()); }
-    std::string const m_saved = std::setlocale(LC_ALL, nullptr);
-};
-
-struct BasenameBuffer : Utf8 {};
-
-}  // namespace
+using BasenameBuffer = zvtest::Utf8Locale;
 
 TEST(Basename, DropsDirectoryAndExtension)
 {
@@ -98,21 +81,14 @@ TEST(Splitpath, GivesFourPartsThatJoinBackAndCutsLongOnes)
 
 namespace {
 
-// A directory with one file in it; PATH is put back afterwards.
-class Searchpath : public ::testing::Test {
+// A scratch directory; PATH is put back afterwards.
+class Searchpath : public zvtest::ScratchFiles {
 protected:
-    void SetUp() override
-    {
-        m_dir = zvtest::make_temp_dir("zv_search_");
-        ASSERT_FALSE(m_dir.empty());
-        std::ofstream(m_dir + "/zv_target.msg") << "x";
-    }
     void TearDown() override
     {
         setenv("PATH", m_path.c_str(), 1);
-        std::filesystem::remove_all(m_dir);
+        ScratchFiles::TearDown();
     }
-    std::string m_dir;
     std::string const m_path = std::getenv("PATH") ? std::getenv("PATH") : "";
 };
 
@@ -120,7 +96,7 @@ protected:
 
 TEST_F(Searchpath, NameItselfThenPathThenProgramDirectoryElseName)
 {
-    std::string const full = m_dir + "/zv_target.msg";
+    std::string const full = write("zv_target.msg", "x");
     EXPECT_EQ(lu::searchpath(full, nullptr), full);
     setenv("PATH", ("/nonexistent::" + m_dir).c_str(), 1);
     EXPECT_EQ(lu::searchpath("zv_target.msg", nullptr), full);

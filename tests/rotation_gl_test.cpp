@@ -2,8 +2,6 @@
 // context: the view matrix is handed to GL and read back, so both must agree.
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <cmath>
 #include <string>
 
 #include "glext/glext.h"
@@ -16,6 +14,7 @@ using namespace libgr;
 namespace {
 
 struct turn_t {
+    char const* name;
     float angle;  // degrees
     float x, y, z;
 };
@@ -47,20 +46,9 @@ TEST_P(RotateMatrixOnTheContext, MatchesGlRotatef)
 
 INSTANTIATE_TEST_SUITE_P(
     Turns, RotateMatrixOnTheContext,
-    ::testing::Values(turn_t{90, 0, 0, 1}, turn_t{-90, 0, 0, 1}, turn_t{180, 0, 0, 1},
-                      turn_t{5, 0, 0, 1}, turn_t{30, 1, 0, 0}, turn_t{45, 0, 1, 0},
-                      turn_t{37.5f, 1, 2, 3}, turn_t{-120, 0, 0, 5}, turn_t{450, 1, 1, 0}),
-    [](::testing::TestParamInfo<turn_t> const& info) {
-        // "Turn37_5About1_2_3", "TurnMinus90About0_0_1": only letters,
-        // digits and underscores make a test name.
-        auto number = [](float v) {
-            std::string text = std::to_string(v);
-            text.erase(text.find_last_not_of('0') + 1);
-            if (text.back() == '.') text.pop_back();
-            if (text[0] == '-') text.replace(0, 1, "Minus");
-            std::replace(text.begin(), text.end(), '.', '_');
-            return text;
-        };
-        turn_t const& t = info.param;
-        return "Turn" + number(t.angle) + "About" + number(t.x) + "_" + number(t.y) + "_" + number(t.z);
-    });
+    ::testing::Values(turn_t{"QuarterAboutZ", 90, 0, 0, 1}, turn_t{"BackQuarterAboutZ", -90, 0, 0, 1},
+                      turn_t{"HalfAboutZ", 180, 0, 0, 1}, turn_t{"SmallAboutZ", 5, 0, 0, 1},
+                      turn_t{"AboutX", 30, 1, 0, 0}, turn_t{"AboutY", 45, 0, 1, 0},
+                      turn_t{"AboutSlantedAxis", 37.5f, 1, 2, 3}, turn_t{"AboutLongZAxis", -120, 0, 0, 5},
+                      turn_t{"MoreThanOnceRound", 450, 1, 1, 0}),
+    [](::testing::TestParamInfo<turn_t> const& info) { return std::string(info.param.name); });

@@ -22,7 +22,6 @@ std::string text(bytes_t const& v) { return std::string(v.begin(), v.end()); }
 using Files = zvtest::ScratchFiles;
 using zvtest::read_file;
 struct Allocators : Files {};
-struct FileLoad : Files {};
 struct Ofsvector : Files {};
 
 }  // namespace
@@ -41,16 +40,6 @@ TEST_F(Allocators, RefusalsAreNullAndLeaveNoFileOpen)
     EXPECT_EQ(a.fd, -1);
 }
 
-// The readers map whole files read-only and never ask to keep old contents.
-TEST_F(FileLoad, CountZeroMapsTheWholeFileAndAMissingOneLeavesNothing)
-{
-    bytes_t v;
-    ASSERT_TRUE(v.load(0, write("f", "0123456789").c_str(), PROTECT_READ, 0, false, nullptr));
-    EXPECT_EQ(text(v), "0123456789");
-    EXPECT_FALSE(v.load(0, (m_dir + "/missing").c_str(), PROTECT_READ, 0, false, nullptr));
-    EXPECT_FALSE(v.is_allocated());
-}
-
 TEST(Refvector2Sharing, CopiesSeeABaseResizeAndKeepTheStorageUntilTheLastGoes)
 {
     refvector2<int, alloc_mmap_unix> a;
@@ -67,16 +56,20 @@ TEST(Refvector2Sharing, CopiesSeeABaseResizeAndKeepTheStorageUntilTheLastGoes)
     EXPECT_EQ(c[1], 5);
 }
 
-TEST_F(Ofsvector, WindowSetsBeginAndLimitsSizeAndLoadResetsIt)
+// The readers map whole files read-only and never ask to keep old contents.
+TEST_F(Ofsvector, CountZeroMapsTheWholeFileAWindowNarrowsItAndLoadResetsIt)
 {
     bytes_t v;
     ASSERT_TRUE(v.load(0, write("f", "0123456789").c_str(), PROTECT_READ, 0, false, nullptr));
+    EXPECT_EQ(text(v), "0123456789");
     v.offset = 3;
     EXPECT_EQ(v[0], '3');
     v.count = 2;
     EXPECT_EQ(text(v), "34");
     ASSERT_TRUE(v.load(0, write("g", "abc").c_str(), PROTECT_READ, 0, false, nullptr));
     EXPECT_EQ(text(v), "abc");
+    EXPECT_FALSE(v.load(0, path("missing").c_str(), PROTECT_READ, 0, false, nullptr));
+    EXPECT_FALSE(v.is_allocated()) << "a missing file leaves nothing";
 }
 
 TEST_F(Ofsvector, WindowsOfOtherTypesShareOneFile)

@@ -2,11 +2,12 @@
 // multibyte/wide conversions.
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <list>
 #include <string>
 
 #include "utils/token.h"
+
+#include "tests/support/utf8_locale.h"
 
 namespace {
 
@@ -48,19 +49,7 @@ TEST(Chop, ChopTakesLineEndsChop2AlsoBlanksAndNul)
     EXPECT_EQ(line, "value");
 }
 
-namespace {
-
-class WideText : public ::testing::Test {
-protected:
-    void SetUp() override
-    {
-        if (!std::setlocale(LC_ALL, "C.UTF-8")) GTEST_SKIP() << "no C.UTF-8 locale";
-    }
-    void TearDown() override { std::setlocale(LC_ALL, m_saved.c_str()); }
-    std::string const m_saved = std::setlocale(LC_ALL, nullptr);
-};
-
-}  // namespace
+using WideText = zvtest::Utf8Locale;
 
 TEST_F(WideText, RoundTripsMultibyteTextAndDegradesWhatItCantConvert)
 {
