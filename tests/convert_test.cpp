@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "image/convert.h"
 
@@ -12,15 +13,22 @@ using namespace libgr;
 
 namespace {
 
-image2d_t make(e_image_format_t format, e_image_bits_t bits, std::uint32_t w, std::uint32_t h)
+using bytes_t = std::vector<int>;
+
+// A picture whose first bytes are `start`.
+image2d_t make(e_image_format_t format, e_image_bits_t bits, std::uint32_t w, std::uint32_t h,
+               bytes_t const& start = {})
 {
     image2d_t img;
     img.desc = {format, IMAGE_TYPE_UINT, bits};
     img.m_width = w;
     img.m_height = h;
     EXPECT_TRUE(img.allocate());
+    std::copy(start.begin(), start.end(), img.begin());
     return img;
 }
+
+bytes_t bytes(unsigned char const* from, std::size_t n) { return bytes_t(from, from + n); }
 
 // Every byte names its pixel and component, so a misplaced byte shows.
 unsigned char tag(std::uint64_t x, std::uint64_t y, int c) { return 40 * y + 8 * x + c; }
@@ -93,8 +101,7 @@ TEST(PaletteExpansion, TakesEachEntrysHighByteForOneFourAndEightBits)
     ASSERT_TRUE(makewindow(win, idx, 1, 0, 2, 1));  // starts in the low half of byte 0
     ASSERT_TRUE(index2rgb(rgb, win));
     EXPECT_EQ(rgb.desc.format, IMAGE_FORMAT_RGB);
-    unsigned char const want[] = {0x20, 0, 0xFF, 0x30, 0, 0xFF};
-    EXPECT_EQ(std::string(rgb.begin(), rgb.begin() + 6), std::string(want, want + 6));
+    EXPECT_EQ(bytes(rgb.begin(), 6), (bytes_t{0x20, 0, 0xFF, 0x30, 0, 0xFF}));
 
     image2d_t bits = make(IMAGE_FORMAT_INDEX, IMAGE_BITS_1, 10, 1);
     bits.palette = idx.palette;
@@ -108,16 +115,13 @@ TEST(PaletteExpansion, TakesEachEntrysHighByteForOneFourAndEightBits)
 
 TEST(PaletteExpansion, IndicesPastTheColoursGiveBlackWithoutReadingOn)
 {
-    image2d_t idx = make(IMAGE_FORMAT_INDEX, IMAGE_BITS_8, 4, 1);
+    image2d_t idx = make(IMAGE_FORMAT_INDEX, IMAGE_BITS_8, 4, 1, {1, 0, 2, 255});
     ASSERT_TRUE(idx.palette.resize(2));
     idx.palette.red[1] = idx.palette.green[1] = idx.palette.blue[1] = 0xFFFF;
     idx.palette.size = 16;  // claims more than its planes hold
-    unsigned char const indices[] = {1, 0, 2, 255};
-    std::copy(indices, indices + 4, idx.begin());
     image2d_t rgb;
     ASSERT_TRUE(index2rgb(rgb, idx));
-    unsigned char const want[] = {255, 255, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0};
-    EXPECT_EQ(std::string(rgb.begin(), rgb.begin() + 12), std::string(want, want + 12));
+    EXPECT_EQ(bytes(rgb.begin(), 12), (bytes_t{255, 255, 255, 0, 0, 0, 0, 0, 0, 0, 0, 0}));
     EXPECT_FALSE(index2rgb(rgb, make(IMAGE_FORMAT_INDEX, IMAGE_BITS_2, 4, 1)));
 }
 
@@ -144,20 +148,15 @@ TEST(ColourOperations, FillClampsWithinTheWindowAddSaturatesMonochromeTruncates)
 {
     tagged_t rgba(IMAGE_FORMAT_RGBA, 4);
     ASSERT_TRUE(fillcolor(rgba.win, color3a(2.0f, -1.0f, NAN, 0.5f)));
-    unsigned char const filled[] = {255, 0, 255, 128};
-    EXPECT_EQ(std::string(rgba.whole.pixel(3, 2), rgba.whole.pixel(3, 2) + 4), std::string(filled, filled + 4));
+    EXPECT_EQ(bytes(rgba.whole.pixel(3, 2), 4), (bytes_t{255, 0, 255, 128}));
     EXPECT_EQ(rgba.whole.pixel(4, 1)[0], tag(4, 1, 0));
     EXPECT_EQ(rgba.whole.pixel(1, 0)[0], tag(1, 0, 0));
 
-    image2d_t img = make(IMAGE_FORMAT_RGBA, IMAGE_BITS_8, 1, 1);
-    unsigned char const start[] = {255, 100, 100, 77}, want[] = {255, 151, 0, 77};
-    std::copy(start, start + 4, img.begin());
+    image2d_t img = make(IMAGE_FORMAT_RGBA, IMAGE_BITS_8, 1, 1, {255, 100, 100, 77});
     ASSERT_TRUE(addcolor(img, color3a(0.5f, 0.2f, -1.0f, 1.0f)));
-    EXPECT_EQ(std::string(img.begin(), img.begin() + 4), std::string(want, want + 4));
+    EXPECT_EQ(bytes(img.begin(), 4), (bytes_t{255, 151, 0, 77}));
 
-    image2d_t rgb = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 2, 1), gray;
-    unsigned char const pixels[] = {255, 0, 0, 10, 20, 30};
-    std::copy(pixels, pixels + 6, rgb.begin());
+    image2d_t rgb = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 2, 1, {255, 0, 0, 10, 20, 30}), gray;
     ASSERT_TRUE(monochrome(gray, rgb));
     EXPECT_EQ(gray.desc.format, IMAGE_FORMAT_GRAYSCALE);
     EXPECT_EQ(gray.begin()[0], 76);  // 76.245
@@ -185,21 +184,17 @@ TEST(QuarterTurn, MovesEveryPixelClockwise)
     EXPECT_FALSE(rotate(4, kept, rgb.win));
 }
 
-// The grid the tiler cuts is checked with the tiler; here, that a clipped
-// corner window reads the picture's own bytes.
-TEST(Windows, AClippedCornerWindowSharesThePicturesBytes)
+// The grid the tiler cuts is checked with the tiler; here, that a window
+// shares the picture's bytes and how its origin and size are clipped.
+TEST(Windows, ShareBytesAddOriginsAndKeepTheWidthForAnOriginPastIt)
 {
-    image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300), corner;
+    image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300), corner, outer, inner, past;
     picture.pixel(512, 256)[0] = 42;
     ASSERT_TRUE(makewindow(corner, picture, 512, 256, 256, 256));
     EXPECT_EQ(corner.m_width, 88u);
     EXPECT_EQ(corner.m_height, 44u);
     EXPECT_EQ(corner.pixel(0, 0)[0], 42);
-}
 
-TEST(Windows, OriginsAddUpAndAnOriginPastTheWidthKeepsTheWidth)
-{
-    image2d_t picture = make(IMAGE_FORMAT_RGB, IMAGE_BITS_8, 600, 300), outer, inner, past;
     ASSERT_TRUE(makewindow(outer, picture, 256, 0, 256, 256));
     ASSERT_TRUE(makewindow(inner, outer, 200, 20, 100, 100));
     EXPECT_EQ(inner.window.skippixels, 456u);

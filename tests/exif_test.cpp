@@ -13,11 +13,6 @@ using u16s = std::vector<std::uint16_t>;
 
 namespace {
 
-bool starts_with(std::string const& s, std::string const& prefix)
-{
-    return s.compare(0, prefix.size(), prefix) == 0;
-}
-
 // A big-endian block whose 0th IFD is at 8; `more` adds to it.
 template <class F>
 bytes_t block(F more)
@@ -120,8 +115,7 @@ TEST(IfdBounds, RefuseWithTheirLineOrPassOverWhatIsNotThere)
         cerr_capture err;
         parsed_t p(c.payload);
         EXPECT_EQ(p.ok, c.ok) << c.name;
-        EXPECT_TRUE(starts_with(err.text(), c.err) && c.err.empty() == err.text().empty())
-            << c.name << err.text();
+        EXPECT_TRUE(error_begins(err.text(), c.err)) << c.name << err.text();
         EXPECT_EQ(p.orientation(), u16s{6}) << c.name;
         EXPECT_TRUE(p.tiff().m_tag_exif_ifd.DateTimeOriginal.empty()) << c.name;
     }
@@ -175,7 +169,7 @@ TEST(ExifCorpus, EveryFileParsesAndOrientationMatchesTheIndex)
     std::map<std::string, std::string> index;
     std::ifstream in(testdata_dir() + "INDEX.md");
     for (std::string line, section; std::getline(in, line);) {
-        if (starts_with(line, "## ")) section = line.substr(3);
+        if (line.rfind("## ", 0) == 0) section = line.substr(3);
         std::vector<std::string> cells;
         std::stringstream row(line);
         for (std::string cell; std::getline(row, cell, '|');)

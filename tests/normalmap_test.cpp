@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 using namespace libgr;
 
@@ -26,14 +27,8 @@ image2d_t heightmap(std::uint32_t w, std::uint32_t h, std::initializer_list<int>
     return img;
 }
 
-struct normal_t {
-    int x, y, z;
-    bool operator==(normal_t const& o) const { return x == o.x && y == o.y && z == o.z; }
-};
-std::ostream& operator<<(std::ostream& os, normal_t const& n)
-{
-    return os << "(" << n.x << ", " << n.y << ", " << n.z << ")";
-}
+// x, y, z; a vector, so that a failure prints it.
+using normal_t = std::vector<int>;
 
 // The stored normal at (x, y), as signed bytes; rows are 4-aligned.
 normal_t signed_at(image2d_t const& img, std::uint32_t x, std::uint32_t y)

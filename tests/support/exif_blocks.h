@@ -121,6 +121,13 @@ struct cerr_capture : Capture {
     cerr_capture() : Capture(std::cerr) {}
 };
 
+// Whether `err`, all a parse wrote, begins with `start`, and is empty when
+// `start` is.
+inline bool error_begins(std::string const& err, std::string const& start)
+{
+    return err.compare(0, start.size(), start) == 0 && start.empty() == err.empty();
+}
+
 inline std::string testdata_dir() { return ZV_SOURCE_DIR "/../shared/testdata/"; }
 
 // The first APP1 payload before the scan of a JPEG file, or of an Exiv2
