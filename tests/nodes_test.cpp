@@ -52,22 +52,7 @@ void expect_near(matrix3w_t const& got, matrix3w_t const& want)
         EXPECT_NEAR(got.data()[i], want.data()[i], 1e-5f) << "element " << i;
 }
 
-class Nodes : public zvtest::GlContextTest {
-protected:
-    void SetUp() override
-    {
-        zvtest::GlContextTest::SetUp();
-        if (IsSkipped()) return;
-        while (glGetError() != GL_NO_ERROR) {}
-        glMatrixMode(GL_MODELVIEW);
-        glLoadIdentity();
-    }
-    void TearDown() override
-    {
-        if (IsSkipped()) return;
-        EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
-    }
-};
+using Nodes = zvtest::FreshGlTest;
 
 }  // namespace
 

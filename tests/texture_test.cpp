@@ -98,19 +98,20 @@ std::vector<std::uint8_t> read_rgb(GLint level, GLint& side)
     return texels;
 }
 
-// The corner of `level`, `width` x `height`, holds the rgb_picture window at
-// (x0, y0) and nothing else.
+// Every texel of `level` is the pixel of the rgb_picture window at (x0, y0),
+// `width` x `height`, nearest to it: past the window, a square continues
+// the window's last column and row.
 void expect_window_texels(GLint level, std::uint32_t x0, std::uint32_t y0, std::uint32_t width,
                           std::uint32_t height)
 {
     GLint side = 0;
     std::vector<std::uint8_t> const texels = read_rgb(level, side);
     int wrong = 0;
-    for (std::uint32_t y = 0; y < height; ++y) {
-        for (std::uint32_t x = 0; x < width; ++x) {
-            std::uint8_t const* t = &texels[3 * (std::size_t(y) * side + x)];
-            wrong += t[0] != std::uint8_t(x0 + x) || t[1] != std::uint8_t(y0 + y) || t[2] != s_mark;
-        }
+    for (std::size_t i = 0; i < texels.size() / 3; ++i) {
+        std::uint32_t const x = std::min<std::uint32_t>(i % side, width - 1);
+        std::uint32_t const y = std::min<std::uint32_t>(i / side, height - 1);
+        wrong += texels[3 * i] != std::uint8_t(x0 + x) || texels[3 * i + 1] != std::uint8_t(y0 + y) ||
+                 texels[3 * i + 2] != s_mark;
     }
     EXPECT_EQ(wrong, 0) << "texels at level " << level << " that are not the window's";
 }
@@ -138,25 +139,15 @@ private:
     std::int32_t m_sgis = is_GL_SGIS_generate_mipmap_supported;
 };
 
-class TextureTest : public zvtest::GlContextTest {
-protected:
-    void SetUp() override
-    {
-        zvtest::GlContextTest::SetUp();
-        if (IsSkipped()) return;
-        while (glGetError() != GL_NO_ERROR) {}
-        // Uploads leave the unpack state as their last level set it.
-        glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
-        for (GLenum p : {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_SKIP_ROWS})
-            glPixelStorei(p, 0);
-        glBindTexture(GL_TEXTURE_2D, 0);
-    }
-    void TearDown() override
-    {
-        if (IsSkipped()) return;
-        EXPECT_FALSE(grPrintError("end of test")) << "GL error in normal use";
-    }
-};
+using TextureTest = zvtest::FreshGlTest;
+
+// A fresh texture name holding `tex`, left bound.
+grTextureObject preloaded(grTexture2D const& tex)
+{
+    grTextureObject obj;
+    obj.Preload(&tex);
+    return obj;
+}
 
 }  // namespace
 
@@ -190,8 +181,7 @@ TEST_F(TextureName, LoadBindsUnloadUnbindsAndOnlyOldGlEnables)
 {
     grTexture2D tex;
     tex.setImage(rgb_picture(2, 2), 0, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     GLint const name = bound_2d();
     glBindTexture(GL_TEXTURE_2D, 0);
     obj.Load();
@@ -224,8 +214,7 @@ TEST_F(TexParameterRecords, TheRecordReachesTheBoundTexture)
     grTexture2D tex;
     tex.setImage(rgb_picture(4, 4), 0, 0);
     tex.setTextureParameter(&parm);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     EXPECT_EQ(tex_parameter(GL_TEXTURE_MIN_FILTER), GL_NEAREST);
     EXPECT_EQ(tex_parameter(GL_TEXTURE_WRAP_T), GL_REPEAT);
 }
@@ -239,55 +228,26 @@ TEST_F(Upload2D, AWindowGoesUpAsExactlyItsTexels)
     image2d_t const picture = rgb_picture(7, 5, &s_packed);
     grTexture2D tex;
     tex.setImage(window_of(picture, 2, 1, 4, 3), 0, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     ASSERT_EQ(level_width(0), 4);
     expect_window_texels(0, 2, 1, 4, 3);
 }
 
-TEST_F(Upload2D, ATileGoesIntoTheCornerOfAPowerOfTwoSquare)
+// As the tiling does it: a window, the largest tile side, mipmaps.
+TEST_F(Upload2D, ATileFillsAPowerOfTwoSquareContinuedAtEveryLevelAlsoInReusedStorage)
 {
-    // As the tiling does it: a window, the largest tile side, mipmaps.
     image2d_t const picture = rgb_picture(9, 6, &s_packed);
     grTexture2D tex;
     tex.setBuildMipmap(true);
     tex.setImage(window_of(picture, 5, 2, 3, 2), 3, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject obj = preloaded(tex);
     ASSERT_EQ(level_width(0), 4);
     expect_window_texels(0, 5, 2, 3, 2);
-
-    // The square holds the picture's largest side, whatever `size` says.
-    tex.setImage(rgb_picture(300, 200), 256, 0);
-    EXPECT_EQ(tex.getSize(), 300u);
-    grTextureObject large;
-    large.Preload(&tex);
-    EXPECT_EQ(level_width(0), 512);
-}
-
-TEST_F(Upload2D, ASquareContinuesThePictureAtEveryLevelAlsoInReusedStorage)
-{
-    // Texel (x, y) of level 0 is the picture's pixel at (min(x, 2), min(y, 1))
-    // of the window; level 1 averages 2 x 2 of those.
-    image2d_t const picture = rgb_picture(9, 6, &s_packed);
-    grTexture2D tex;
-    tex.setBuildMipmap(true);
-    tex.setImage(window_of(picture, 5, 2, 3, 2), 3, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
     GLint side = 0;
-    std::vector<std::uint8_t> const level0 = read_rgb(0, side);
-    ASSERT_EQ(side, 4);
-    int wrong = 0;
-    for (int y = 0; y < 4; ++y)
-        for (int x = 0; x < 4; ++x) {
-            std::uint8_t const* t = &level0[3 * std::size_t(y * 4 + x)];
-            wrong += t[0] != 5 + std::min(x, 2) || t[1] != 2 + std::min(y, 1) || t[2] != s_mark;
-        }
-    EXPECT_EQ(wrong, 0) << "level 0 texels that don't continue the picture";
     std::vector<std::uint8_t> const level1 = read_rgb(1, side);
     ASSERT_EQ(side, 2);
-    // Columns 5, 6 | 7, 7 and rows 2, 3 | 3, 3, rounded to the nearest.
+    // Level 1 averages 2 x 2 of level 0: columns 5, 6 | 7, 7 and rows
+    // 2, 3 | 3, 3, rounded to the nearest.
     std::uint8_t const expected[4][2] = {{6, 3}, {7, 3}, {6, 3}, {7, 3}};
     for (int i = 0; i < 4; ++i) {
         EXPECT_EQ(level1[3 * i], expected[i][0]) << "red of level 1 texel " << i;
@@ -302,6 +262,12 @@ TEST_F(Upload2D, ASquareContinuesThePictureAtEveryLevelAlsoInReusedStorage)
     obj.Preload(&tex);
     expect_uniform(0, 9);
     expect_uniform(2, 9);
+
+    // The square holds the picture's largest side, whatever `size` says.
+    tex.setImage(rgb_picture(300, 200), 256, 0);
+    EXPECT_EQ(tex.getSize(), 300u);
+    grTextureObject const large = preloaded(tex);
+    EXPECT_EQ(level_width(0), 512);
 }
 
 TEST_F(Upload2D, ReloadWithoutMipmapsSendsThePixelsEachTime)
@@ -309,8 +275,7 @@ TEST_F(Upload2D, ReloadWithoutMipmapsSendsThePixelsEachTime)
     image2d_t picture = rgb_picture(3, 3);
     grTexture2D tex;
     tex.setImage(picture, 0, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     fill(picture, 77);  // the texture shares these bytes
     obj.Reload();
     expect_uniform(0, 77);
@@ -329,13 +294,11 @@ TEST_F(Upload2D, GrayscaleOnAnSgisOnlyContextGoesToGlu)
     grTexture2D tex;
     tex.setBuildMipmap(true);
     tex.setImage(gray, 8, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     EXPECT_EQ(level_width(0), 4) << "GLU keeps the picture's size; SGIS would make the square";
 
     tex.setImage(rgb_picture(4, 2), 8, 0);
-    grTextureObject rgb;
-    rgb.Preload(&tex);
+    grTextureObject const rgb = preloaded(tex);
     EXPECT_EQ(level_width(0), 8) << "RGB8 left the SGIS route";
 }
 
@@ -378,8 +341,7 @@ TEST_P(MipmapRoute, AWindowBecomesLevelZeroAndTheLevelsBelowAreMade)
     grTexture2D tex;
     tex.setBuildMipmap(true);
     tex.setImage(window_of(picture, 3, 4, 4, 4), 0, 0);  // a power of two: GLU won't scale it
-    grTextureObject obj;
-    obj.Preload(&tex);
+    grTextureObject const obj = preloaded(tex);
     expect_window_texels(0, 3, 4, 4, 4);
     EXPECT_EQ(level_width(1), 2);
     EXPECT_EQ(level_width(2), 1);
@@ -403,9 +365,7 @@ TEST_F(TextureReadBack, AFloatTextureComesBackAsItWent)
     for (int i = 0; i < 24; ++i) values[i] = 0.25f * float(i);
     grTexture2D tex;
     tex.setImage(picture, 0, 0);
-    grTextureObject obj;
-    obj.Preload(&tex);
-
+    grTextureObject const obj = preloaded(tex);
     image2d_t back;
     ASSERT_TRUE(obj.GetTexImage(GL_TEXTURE_2D, 0, back));
     EXPECT_TRUE(back.desc == picture.desc);

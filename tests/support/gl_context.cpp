@@ -22,4 +22,24 @@ GLFWwindow* gl_context_window(int width, int height)
     return window;
 }
 
+void FreshGlTest::SetUp()
+{
+    GlContextTest::SetUp();
+    if (IsSkipped()) return;
+    while (glGetError() != GL_NO_ERROR) {}
+    glMatrixMode(GL_MODELVIEW);
+    glLoadIdentity();
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 4);
+    for (GLenum p : {GL_UNPACK_ROW_LENGTH, GL_UNPACK_SKIP_PIXELS, GL_UNPACK_SKIP_ROWS,
+                     GL_UNPACK_IMAGE_HEIGHT, GL_UNPACK_SKIP_IMAGES})
+        glPixelStorei(p, 0);
+    glBindTexture(GL_TEXTURE_2D, 0);
+}
+
+void FreshGlTest::TearDown()
+{
+    if (IsSkipped()) return;
+    EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR)) << "GL error in normal use";
+}
+
 }  // namespace zvtest

@@ -22,6 +22,16 @@ protected:
     }
 };
 
+// The tests of one context share its state: each starts with no error
+// pending, the identity on the modelview stack, the unpack state at its
+// defaults (uploads leave their windows in it) and no 2-D texture bound,
+// and fails if it leaves a GL error behind.
+class FreshGlTest : public GlContextTest {
+protected:
+    void SetUp() override;
+    void TearDown() override;
+};
+
 }  // namespace zvtest
 
 #endif
