@@ -122,36 +122,27 @@ picture_t const s_partial[] = {{"gray 27x13", 27, 13, 1}, {"4:2:0 45x37", 45, 37
 
 }  // namespace
 
-TEST(QuarterTurn, ThreeMoreGiveBackTheCoefficients)
-{
-    for (picture_t const& p : s_whole) {
-        SCOPED_TRACE(p.what);
-        bytes_t const jpg = encode(p.w, p.h, p.components);
-        coefs_t const original = coefficients(jpg);
-        for (unsigned long first = 1; first <= 3; ++first) {
-            coefs_t const back = coefficients(turned(4 - first, turned(first, jpg)));
-            ASSERT_EQ(original.planes.size(), back.planes.size());
-            for (std::size_t ci = 0; ci < back.planes.size(); ++ci)
-                EXPECT_EQ(original.planes[ci].coef, back.planes[ci].coef) << first << " then " << 4 - first;
-        }
-    }
-}
-
-TEST(QuarterTurn, DecodesAsTheTurnedPixels)
+TEST(QuarterTurn, DecodesAsTheTurnedPixelsAndAFullTurnGivesBackTheCoefficients)
 {
     for (picture_t const& p : s_whole) {
         SCOPED_TRACE(p.what);
         bytes_t const jpg = encode(p.w, p.h, p.components);
         image2d_t const original = decode(jpg);
+        coefs_t const coefs = coefficients(jpg);
         for (unsigned long count = 1; count <= 3; ++count) {
             SCOPED_TRACE(count);
+            bytes_t const once = turned(count, jpg);
             image2d_t expected;
             ASSERT_TRUE(rotate(count, expected, original));
             // libjpeg's integer IDCT rounds its row and column passes
             // differently, and 4:2:0 upsampling biases alternate, so a turned
             // block decodes within a step or three of the turned pixels; a
             // misplaced block or a wrong sign is off by far more.
-            expect_same_pixels(expected, decode(turned(count, jpg)), p.components == 1 ? 1 : 3);
+            expect_same_pixels(expected, decode(once), p.components == 1 ? 1 : 3);
+            coefs_t const back = coefficients(turned(4 - count, once));
+            ASSERT_EQ(coefs.planes.size(), back.planes.size());
+            for (std::size_t ci = 0; ci < back.planes.size(); ++ci)
+                EXPECT_EQ(coefs.planes[ci].coef, back.planes[ci].coef) << "plane " << ci;
         }
     }
 }
@@ -222,16 +213,8 @@ TEST(EdgeBlocks, StayInPlaceOnPartialIMcus)
     }
 }
 
-TEST(TransformRefuses, CountOfFourOrMore)
-{
-    jpegdata_t out;
-    testing::internal::CaptureStderr();
-    EXPECT_FALSE(transform(4, out, data_of(encode(16, 16, 1))));
-    EXPECT_EQ("4: jpeg transform rightrotate count over.\n", testing::internal::GetCapturedStderr());
-}
-
 // Run under the sanitizer build: every refusal must free both codec objects.
-TEST(TransformRefuses, DamagedOrForeignInput)
+TEST(TransformRefuses, CountsOfFourOrMoreAndDamagedOrForeignInput)
 {
     bytes_t const jpg = encode(48, 32, 3);
     bytes_t const cut_data(jpg.begin(), jpg.begin() + jpg.size() * 2 / 3);  // a warning, not an error
@@ -253,6 +236,9 @@ TEST(TransformRefuses, DamagedOrForeignInput)
     testing::internal::CaptureStderr();
     EXPECT_FALSE(transform(2, out, jpegdata_t()));
     EXPECT_NE(std::string::npos, testing::internal::GetCapturedStderr().find("(unnamed): error detected.\n"));
+    testing::internal::CaptureStderr();
+    EXPECT_FALSE(transform(4, out, data_of(jpg)));
+    EXPECT_EQ("4: jpeg transform rightrotate count over.\n", testing::internal::GetCapturedStderr());
 }
 
 TEST(PerfectTransform, CountsOnlyTheSidesAMirrorMoves)
