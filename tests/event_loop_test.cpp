@@ -101,10 +101,3 @@ TEST_F(EventLoop, ClosedWindowIsDestroyedAndEndsTheLoop)
     EXPECT_EQ(app.displays, 0);
     EXPECT_EQ(glfwGetCurrentContext(), nullptr);
 }
-
-TEST_F(EventLoop, KeyRepeatIsOffUntilSwitchedOn)
-{
-    EXPECT_FALSE(manager().isKeyRepeat());
-    manager().KeyRepeat(true);
-    EXPECT_TRUE(manager().isKeyRepeat());
-}

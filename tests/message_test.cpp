@@ -1,4 +1,8 @@
+// The message catalogue: which file is found for the language, and how its
+// lines are cut.
 #include "options/message.h"
+
+#include <stdlib.h>
 
 #include <climits>
 #include <clocale>
@@ -13,11 +17,11 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/scratch.h"
-#include <stdlib.h>
 
 namespace {
 
 namespace fs = std::filesystem;
+using zvtest::Capture;
 
 char const kNotLoaded[] = "message not loaded.";
 
@@ -33,34 +37,27 @@ void setenv_or_unset(char const* name, std::optional<std::string> const& value)
     else unsetenv(name);
 }
 
-using zvtest::Capture;
-
 // Each test works below a directory of its own; the working directory, LANG,
 // PATH and the locale are put back afterwards.
-class Catalogue : public ::testing::Test {
+class Catalogue : public zvtest::ScratchFiles {
 protected:
-    void SetUp() override
-    {
-        root = zvtest::make_temp_dir("zv_message_");
-        ASSERT_FALSE(root.empty());
-    }
     void TearDown() override
     {
         fs::current_path(cwd);
         setenv_or_unset("LANG", lang);
-        setenv_or_unset("PATH", path);
+        setenv_or_unset("PATH", search_path);
         std::setlocale(LC_ALL, locale.c_str());
-        fs::remove_all(root);
+        ScratchFiles::TearDown();
     }
 
-    // Makes <root>/<place>/cwd and <root>/<place>/dir with the given files
-    // ("cwd/p.msg"; a closing "/" makes a directory instead), each holding
-    // its own name as line 0, and goes into its cwd. Returns its dir, with
-    // the closing "/".
+    // Makes <scratch>/<place>/cwd and <scratch>/<place>/dir with the given
+    // files ("cwd/p.msg"; a closing "/" makes a directory instead), each
+    // holding its own name as line 0, and goes into its cwd. Returns its
+    // dir, with the closing "/".
     std::string make_place(char const* place, std::vector<std::string> const& files,
                            char const* content = nullptr)
     {
-        std::string const base = root + "/" + place + "/";
+        std::string const base = path(place) + "/";
         fs::create_directories(base + "cwd");
         fs::create_directories(base + "dir");
         for (std::string const& file : files) {
@@ -71,10 +68,9 @@ protected:
         return base + "dir/";
     }
 
-    std::string root;
     fs::path const cwd = fs::current_path();
     std::optional<std::string> const lang = getenv_copy("LANG");
-    std::optional<std::string> const path = getenv_copy("PATH");
+    std::optional<std::string> const search_path = getenv_copy("PATH");
     std::string const locale = std::setlocale(LC_ALL, nullptr);
 };
 

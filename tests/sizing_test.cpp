@@ -20,6 +20,7 @@
 #include "app/sizing.h"
 #include "app/zvwfile.h"
 #include "geometry/matrix.h"
+#include "geometry/text.h"
 #include "options/option.h"
 #include "tests/support/picture_files.h"
 #include "window/glfwymgr4.h"
@@ -30,15 +31,10 @@ using zanoview2::ViewWindow;
 
 namespace {
 
-struct size2 {
-    int x, y;
-};
-
 class Sizing : public ::testing::Test {
 protected:
     void SetUp() override
     {
-        m_kept = g_option;
         // The user's own default file must not reach the tests.
         setenv("HOME", m_dir.path().c_str(), 1);
         // NOTE: glfwTerminate is never called: it would unload the GL driver
@@ -88,18 +84,17 @@ protected:
     // Lets GLFW deliver what is pending, the size events of a resize
     // included: a tenth of a second, or up to two seconds until the
     // framebuffer has the size `until`.
-    void settle(size2 until = {-1, -1})
+    void settle(direction2l_t until = {-1, -1})
     {
         int const rounds = until.x < 0 ? 5 : 100;
         for (int i = 0; i < rounds; ++i) {
             glfwWaitEventsTimeout(0.02);
-            size2 const now = framebuffer();
-            if (now.x == until.x && now.y == until.y) return;
+            if (framebuffer() == until) return;
         }
     }
-    size2 framebuffer() const
+    direction2l_t framebuffer() const
     {
-        size2 s{0, 0};
+        direction2l_t s{0, 0};
         glfwGetFramebufferSize(m_window, &s.x, &s.y);
         return s;
     }
@@ -107,17 +102,11 @@ protected:
     position3_t centre() const { return getTranslateVector(m_view->getMatrix()); }
 
     zvtest::TempDir m_dir;
-    zanolib::option_t m_kept;
+    zanolib::option_t const m_kept = g_option;
     std::vector<std::string> m_args;
     std::unique_ptr<ViewWindow> m_view;
     GLFWwindow* m_window = nullptr;
 };
-
-void expect_size(size2 actual, size2 expected)
-{
-    EXPECT_EQ(actual.x, expected.x);
-    EXPECT_EQ(actual.y, expected.y);
-}
 
 }  // namespace
 
@@ -153,7 +142,7 @@ TEST_F(Sizing, NeitherFollowsGivesTheFixedScale)
     EXPECT_FALSE(m_view->residue(true));
     EXPECT_NEAR(scale(), 0.5f, 1e-6f);
     settle();
-    expect_size(framebuffer(), {800, 600});
+    EXPECT_EQ(framebuffer(), direction2l(800, 600));
 }
 
 // ---- The window follows the picture (resizetype 2): 1.2 times the picture,
@@ -166,7 +155,7 @@ TEST_F(Sizing, WindowFollowsThePictureWithinItsLimits)
         int width, height;
         unsigned sizelimit;
         bool magnify, shrink;
-        size2 window;
+        direction2l_t window;
     } const cases[] = {
         {"no limit, both ways", 200, 100, 0, true, true, {240, 120}},
         {"no limit, grows", 1000, 800, 0, true, false, {1200, 960}},
@@ -187,14 +176,15 @@ TEST_F(Sizing, WindowFollowsThePictureWithinItsLimits)
         bool const changes = c.window.x != 800 || c.window.y != 600;
         EXPECT_EQ(m_view->residue(true), changes);
         settle(c.window);
-        expect_size(framebuffer(), c.window);
+        EXPECT_EQ(framebuffer(), c.window);
         // The picture's matrix is left alone, by residue and by the resize.
         EXPECT_EQ(scale(), 1.0f);
     }
 }
 
 // ---- A stored view: the matrix saved beside the picture is composed onto
-// the picture's own, and under resizetype 1 scaled for the present window.
+// the picture's own, under resizetype 1 scaled for the present window, and
+// under resizetype 2 the window takes the stored size.
 
 TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
 {
@@ -207,13 +197,15 @@ TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
         direction2l_t saved;
         float scale;
         position3_t centre;
+        direction2l_t window;
     } const cases[] = {
         // 800x600 against 400x200: the smaller ratio, 2, scales the view.
-        {"picture follows", 1, true, true, {400, 200}, 4.0f, {20, 40, 0}},
-        {"a stored side of 0 is left out", 1, true, true, {400, 0}, 4.0f, {20, 40, 0}},
-        {"neither follows", 0, true, true, {400, 300}, 2.0f, {10, 20, 0}},
-        {"reproduce off: centred", 1, false, true, {400, 300}, 5.25f, {0, 0, 0}},
-        {"resetview off: as loaded", 1, true, false, {400, 300}, 1.0f, {0, 0, 0}},
+        {"picture follows", 1, true, true, {400, 200}, 4.0f, {20, 40, 0}, {800, 600}},
+        {"a stored side of 0 is left out", 1, true, true, {400, 0}, 4.0f, {20, 40, 0}, {800, 600}},
+        {"neither follows", 0, true, true, {400, 300}, 2.0f, {10, 20, 0}, {800, 600}},
+        {"window follows", 2, true, true, {640, 400}, 2.0f, {10, 20, 0}, {640, 400}},
+        {"reproduce off: centred", 1, false, true, {400, 300}, 5.25f, {0, 0, 0}, {800, 600}},
+        {"resetview off: as loaded", 1, true, false, {400, 300}, 1.0f, {0, 0, 0}, {800, 600}},
     };
     std::string const path = picture(100, 100);
     for (auto const& c : cases) {
@@ -226,10 +218,14 @@ TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
         g_option.resizetype = c.resizetype;
         g_option.reproduce = c.reproduce;
         g_option.resetview = c.resetview;
+        g_option.sizelimit = 0;
+        g_option.resize_shrink = true;
         EXPECT_TRUE(m_view->residue(true));
         EXPECT_NEAR(scale(), c.scale, 1e-5f);
         EXPECT_NEAR(centre().x, c.centre.x, 1e-4f);
         EXPECT_NEAR(centre().y, c.centre.y, 1e-4f);
+        settle(c.window);
+        EXPECT_EQ(framebuffer(), c.window);
     }
 }
 
@@ -260,8 +256,8 @@ TEST(SizingScales, SidesOfZeroGiveFiniteFactors)
 // height of 0, or to 0,0, and comes back shows the picture as before.
 TEST_F(Sizing, ResizeToZeroAndBackLeavesThePictureAlone)
 {
-    size2 const zeros[] = {{800, 0}, {0, 0}};
-    for (size2 const zero : zeros) {
+    direction2l_t const zeros[] = {{800, 0}, {0, 0}};
+    for (direction2l_t const zero : zeros) {
         SCOPED_TRACE(std::to_string(zero.x) + "x" + std::to_string(zero.y));
         open(picture(100, 100));
         m_view->residue(true);
@@ -274,23 +270,6 @@ TEST_F(Sizing, ResizeToZeroAndBackLeavesThePictureAlone)
             for (int i = 0; i < 4; ++i) ASSERT_TRUE(std::isfinite(row[i]));
         EXPECT_EQ(scale(), before);
     }
-}
-
-TEST_F(Sizing, StoredWindowSizeComesBackWhenTheWindowFollows)
-{
-    std::string const path = picture(100, 100);
-    zanoview2::zvwfile_t file;
-    file.size = {640, 400};
-    file.matrix = getScaleMatrix(3, 3, 3);
-    ASSERT_TRUE(file.save(path.c_str()));
-    open(path);
-    g_option.resizetype = 2;
-    g_option.sizelimit = 0;
-    g_option.resize_shrink = true;
-    EXPECT_TRUE(m_view->residue(true));
-    settle({640, 400});
-    expect_size(framebuffer(), {640, 400});
-    EXPECT_NEAR(scale(), 3.0f, 1e-5f);
 }
 
 // ---- The commands on the view state file.
@@ -311,5 +290,4 @@ TEST_F(Sizing, SaveAndDeleteTheViewOfThePictureOnScreen)
     m_view->menu_edit_delete_zvwfile();
     EXPECT_NE(access(zvw.c_str(), F_OK), 0);
     EXPECT_NEAR(scale(), 5.25f, 1e-5f);
-
 }

@@ -1,8 +1,10 @@
+// The user default file: the text it is saved as, how its lines are read
+// back, and where it lives.
 #include "options/userdefault.h"
 
+#include <stdlib.h>
+
 #include <cstdlib>
-#include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <optional>
 #include <random>
@@ -10,51 +12,35 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/scratch.h"
-#include <stdlib.h>
-
 #include "options/option.h"
+#include "tests/support/scratch.h"
 
 namespace {
 
 using zanolib::g_option;
+using zvtest::Capture;
+using zvtest::read_file;
 
 // Each test starts from the built-in options in an empty directory of its
 // own, and leaves the options and HOME as it found them.
-class UserDefault : public ::testing::Test {
+class UserDefault : public zvtest::ScratchFiles {
 protected:
-    void SetUp() override
-    {
-        dir = zvtest::make_temp_dir("zv_userdefault_");
-        ASSERT_FALSE(dir.empty());
-    }
     void TearDown() override
     {
         g_option = saved;
         if (home) setenv("HOME", home->c_str(), 1);
         else unsetenv("HOME");
-        std::filesystem::remove_all(dir);
+        ScratchFiles::TearDown();
     }
-    std::string path(char const* name) const { return dir + "/" + name; }
 
     zanolib::option_t const saved = g_option;
     std::optional<std::string> const home =
         std::getenv("HOME") ? std::optional<std::string>(std::getenv("HOME")) : std::nullopt;
-    std::string dir;
 };
 
 using SavedFile = UserDefault;
 using LoadedFile = UserDefault;
 using UserDefaultName = UserDefault;
-
-using zvtest::read_file;
-
-void write_file(std::string const& path, std::string const& text)
-{
-    std::ofstream(path, std::ios::binary) << text;
-}
-
-using zvtest::Capture;
 
 // The built-in options as saved: percents as the floats' bits, the colour as
 // four raw bytes.
@@ -101,7 +87,7 @@ TEST_F(SavedFile, ReadsBackTheSameButTheColourAndTheCommandLineStillWins)
 
 TEST_F(LoadedFile, TakesTheFirstOptionOfALineAndIgnoresTheRest)
 {
-    write_file(path("a"), "-winsize\n"      // no value: the next line is not one
+    write("a", "-winsize\n"      // no value: the next line is not one
                           "640x480\n"
                           " -menu-\n"       // blank-led
                           "# -single\n"
@@ -127,9 +113,9 @@ TEST_F(LoadedFile, MissingDirectoryAndGarbageAreHarmless)
     std::mt19937 random(7);
     std::string garbage(1 << 16, '\0');
     for (char& c : garbage) c = char(random());
-    write_file(path("garbage"), garbage);
+    write("garbage", garbage);
     EXPECT_TRUE(zanolib::option_load(path("missing").c_str()));
-    EXPECT_TRUE(zanolib::option_load(dir.c_str()));
+    EXPECT_TRUE(zanolib::option_load(m_dir.c_str()));
     EXPECT_TRUE(zanolib::option_load(path("garbage").c_str()));
     // A file that can't be created is a silent success.
     EXPECT_TRUE(zanolib::option_save(path("no/such/dir").c_str()));
@@ -151,11 +137,11 @@ TEST_F(UserDefaultName, HomeWithOneSlashElseTheProgramDirectory)
         zanolib::option_load_user_default("zv_name_test", "/usr/bin/");
         EXPECT_EQ(out.text(), std::string("load user default: ") + c.expected + "\n");
     }
-    setenv("HOME", dir.c_str(), 1);
+    setenv("HOME", m_dir.c_str(), 1);
     g_option.debug = true;
     Capture out(std::cout);
     zanolib::option_save_user_default("zvtest", "/usr/bin/");
-    EXPECT_EQ(out.text(), "prog: zvtest, dir: /usr/bin/\nsave user default: " + dir + "/.zvtest\n");
+    EXPECT_EQ(out.text(), "prog: zvtest, dir: /usr/bin/\nsave user default: " + m_dir + "/.zvtest\n");
     EXPECT_NE(read_file(path(".zvtest")).find("-debug+\n"), std::string::npos);
 }
 

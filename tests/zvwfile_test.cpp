@@ -4,17 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <sstream>
 #include <string>
-
-#include <stdlib.h>
-#include <unistd.h>
 
 #include "geometry/matrix.h"
 #include "options/option.h"
 
-#include "tests/support/temp_dir.h"
+#include "tests/support/scratch.h"
 
 using namespace libgr;
 using zanoview2::make_zvwpath;
@@ -23,30 +18,12 @@ using zanoview2::zvwfile_t;
 namespace {
 
 // A fresh directory holding one picture name, a.jpg, whose view state file
-// the tests write by hand or through zvwfile_t. The picture itself is never
-// created: the file beside it doesn't need it.
-class ZvwFile : public ::testing::Test {
+// a.zvw the tests write by hand or through zvwfile_t. The picture itself is
+// never created: the file beside it doesn't need it.
+class ZvwFile : public zvtest::ScratchFiles {
 protected:
-    void SetUp() override
-    {
-        m_dir = zvtest::make_temp_dir("zvwfile_test.");
-        ASSERT_FALSE(m_dir.empty());
-        m_picture = m_dir + "/a.jpg";
-        m_zvw = m_dir + "/a.zvw";
-    }
-    void TearDown() override
-    {
-        ::unlink(m_zvw.c_str());
-        ::rmdir(m_dir.c_str());
-    }
-    void write(std::string const& text) const { std::ofstream(m_zvw, std::ios::binary) << text; }
-    std::string read() const
-    {
-        std::ifstream in(m_zvw, std::ios::binary);
-        std::ostringstream text;
-        text << in.rdbuf();
-        return text.str();
-    }
+    std::string picture() const { return path("a.jpg"); }
+    std::string zvw() const { return path("a.zvw"); }
     // A record whose every value differs from the start values, so that a
     // read that leaves one alone shows.
     static zvwfile_t marked()
@@ -56,16 +33,7 @@ protected:
         for (int i = 0; i < 16; ++i) state.matrix.data()[i] = 100.0f + float(i);
         return state;
     }
-
-    std::string m_dir;
-    std::string m_picture;
-    std::string m_zvw;
 };
-
-void expect_matrix(matrix3w_t const& actual, matrix3w_t const& expected)
-{
-    for (int i = 0; i < 16; ++i) EXPECT_NEAR(actual.data()[i], expected.data()[i], 1e-6f) << "float " << i;
-}
 
 }  // namespace
 
@@ -85,8 +53,8 @@ TEST_F(ZvwFile, WritesFiveLinesOfSizeAndMatrix)
 {
     zvwfile_t state;
     state.size = {800, 600};
-    ASSERT_TRUE(state.save(m_picture.c_str()));
-    EXPECT_EQ(read(),
+    ASSERT_TRUE(state.save(picture().c_str()));
+    EXPECT_EQ(zvtest::read_file(zvw()),
               "dir2l(800, 600)\n"
               "mtx3w(\t1.000000, 0.000000, 0.000000, 0.000000,\n"
               "\t0.000000, 1.000000, 0.000000, 0.000000,\n"
@@ -100,12 +68,13 @@ TEST_F(ZvwFile, ReadsBackWhatWasSavedUnderAnyPictureOfTheStem)
     saved.size = {1024, 77};
     saved.matrix = getScaleMatrix(0.175f, 0.175f, 0.175f) * getTranslateMatrix(position3(-12.5f, 40.0f, 0.0f));
     saved.matrix.m[0].y = 0.333333f;
-    ASSERT_TRUE(saved.save(m_picture.c_str()));
+    ASSERT_TRUE(saved.save(picture().c_str()));
 
     zvwfile_t loaded;
-    ASSERT_TRUE(loaded.load((m_dir + "/a.png").c_str()));
+    ASSERT_TRUE(loaded.load(path("a.png").c_str()));
     EXPECT_EQ(loaded.size, saved.size);
-    expect_matrix(loaded.matrix, saved.matrix);
+    for (int i = 0; i < 16; ++i)
+        EXPECT_NEAR(loaded.matrix.data()[i], saved.matrix.data()[i], 1e-6f) << "float " << i;
 }
 
 // Whatever the file holds, load ends, says the file was there, and keeps
@@ -126,9 +95,9 @@ TEST_F(ZvwFile, DamagedFilesEndTheReadAndKeepWhatTheyLack)
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(c.what);
-        write(c.text);
+        write("a.zvw", c.text);
         zvwfile_t state = start;
-        ASSERT_TRUE(state.load(m_picture.c_str()));
+        ASSERT_TRUE(state.load(picture().c_str()));
         EXPECT_EQ(state.size, c.size);
         for (int i = c.matrix_floats_read; i < 16; ++i)
             EXPECT_EQ(state.matrix.data()[i], start.matrix.data()[i]) << "float " << i;
@@ -140,8 +109,8 @@ TEST_F(ZvwFile, MissingFileOrDirectoryFailsQuietly)
     zvwfile_t state = marked();
     testing::internal::CaptureStdout();
     testing::internal::CaptureStderr();
-    EXPECT_FALSE(state.load(m_picture.c_str()));
-    EXPECT_FALSE(state.del(m_picture.c_str()));
+    EXPECT_FALSE(state.load(picture().c_str()));
+    EXPECT_FALSE(state.del(picture().c_str()));
     EXPECT_FALSE(state.save("/nonexistent-dir/a.jpg"));
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
@@ -156,9 +125,9 @@ TEST_F(ZvwFile, VerboseAndDebugLinesGoToStandardOutput)
     zvwfile_t state;
     state.size = {320, 200};
     testing::internal::CaptureStdout();
-    state.save(m_picture.c_str());
-    state.load(m_picture.c_str());
+    state.save(picture().c_str());
+    state.load(picture().c_str());
     std::string const out = testing::internal::GetCapturedStdout();
     zanolib::g_option = kept;
-    EXPECT_EQ(out, m_zvw + ": zvwfile saved.\n" + "dir2l(320, 200)\n" + m_zvw + ": zvwfile loaded.\n");
+    EXPECT_EQ(out, zvw() + ": zvwfile saved.\n" + "dir2l(320, 200)\n" + zvw() + ": zvwfile loaded.\n");
 }
