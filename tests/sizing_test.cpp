@@ -110,39 +110,35 @@ protected:
 
 }  // namespace
 
-// ---- The picture follows the window (resizetype 1, the built-in).
+// ---- A new picture follows the window at seven eighths of its tighter
+// side (resizetype 1, the built-in), or takes the fixed scale (resizetype
+// 0); the window stays as it is.
 
-TEST_F(Sizing, FitsSevenEighthsOfTheTighterSide)
+TEST_F(Sizing, NewPictureIsFittedOrGetsTheFixedScale)
 {
     struct {
+        unsigned resizetype;
         int width, height;
         char const* winsize;
+        direction2l_t window;
+        bool changed;
         float scale;
     } const cases[] = {
-        {400, 300, "80x60", 0.175f},    // ratio 5 on both axes
-        {100, 100, "800x600", 5.25f},   // small pictures grow just as large ones shrink
+        {1, 400, 300, "80x60", {80, 60}, true, 0.175f},       // ratio 5 on both axes
+        {1, 100, 100, "800x600", {800, 600}, true, 5.25f},    // small pictures grow just as large ones shrink
+        {0, 100, 100, "800x600", {800, 600}, false, 0.5f},    // image_ratio_of_image
     };
     for (auto const& c : cases) {
         SCOPED_TRACE(std::to_string(c.width) + "x" + std::to_string(c.height) + " in " + c.winsize);
         open(picture(c.width, c.height), c.winsize);
-        m_view->residue(true);
+        g_option.resizetype = c.resizetype;
+        g_option.image_ratio_of_image = 0.5f;
+        EXPECT_EQ(m_view->residue(true), c.changed);
         EXPECT_NEAR(scale(), c.scale, 1e-5f);
         EXPECT_NEAR(centre().x, 0.0f, 1e-5f);
-        // The window stays as it is.
         settle();
-        EXPECT_EQ(framebuffer().y * 4, framebuffer().x * 3);
+        EXPECT_EQ(framebuffer(), c.window);
     }
-}
-
-TEST_F(Sizing, NeitherFollowsGivesTheFixedScale)
-{
-    open(picture(100, 100));
-    g_option.resizetype = 0;
-    g_option.image_ratio_of_image = 0.5f;
-    EXPECT_FALSE(m_view->residue(true));
-    EXPECT_NEAR(scale(), 0.5f, 1e-6f);
-    settle();
-    EXPECT_EQ(framebuffer(), direction2l(800, 600));
 }
 
 // ---- The window follows the picture (resizetype 2): 1.2 times the picture,
@@ -234,20 +230,12 @@ TEST_F(Sizing, StoredViewComesBackAsTheOptionsSay)
 // followed by one of infinity is NaN as well.
 TEST(SizingScales, SidesOfZeroGiveFiniteFactors)
 {
-    struct {
-        direction2l_t window, stored;
-        float scale;
-    } const views[] = {
-        {{800, 600}, {400, 200}, 2.0f},  // the smaller ratio
-        {{800, 600}, {400, 0}, 2.0f},
-        {{800, 0}, {400, 0}, 2.0f},
-        {{0, 600}, {0, 300}, 2.0f},
-    };
-    for (auto const& v : views) {
-        SCOPED_TRACE(std::to_string(v.window.x) + "x" + std::to_string(v.window.y) + " from " +
-                     std::to_string(v.stored.x) + "x" + std::to_string(v.stored.y));
-        EXPECT_EQ(zanoview2::stored_view_scale(v.window, v.stored), v.scale);
-    }
+    using zanoview2::stored_view_scale;
+    // The smaller ratio, or the only one there is.
+    EXPECT_EQ(stored_view_scale({800, 600}, {400, 200}), 2.0f);
+    EXPECT_EQ(stored_view_scale({800, 600}, {400, 0}), 2.0f);
+    EXPECT_EQ(stored_view_scale({800, 0}, {400, 0}), 2.0f);
+    EXPECT_EQ(stored_view_scale({0, 600}, {0, 300}), 2.0f);
     // Only the height counts: the picture keeps its share of it.
     EXPECT_EQ(zanoview2::reshape_scale(300, 600), 0.5f);
 }

@@ -39,14 +39,8 @@ protected:
 
 TEST(ZvwPath, SitsBesideThePictureUnderItsStem)
 {
-    struct {
-        char const* picture;
-        char const* zvw;
-    } const cases[] = {
-        {"/p/a.jpg", "/p/a.zvw"},
-        {"/p.d/b.x.jpg", "/p.d/b.x.zvw"},
-    };
-    for (auto const& c : cases) EXPECT_EQ(make_zvwpath(c.picture), c.zvw) << c.picture;
+    EXPECT_EQ(make_zvwpath("/p/a.jpg"), "/p/a.zvw");
+    EXPECT_EQ(make_zvwpath("/p.d/b.x.jpg"), "/p.d/b.x.zvw");
 }
 
 TEST_F(ZvwFile, WritesFiveLinesOfSizeAndMatrix)
