@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <limits>
-#include <sstream>
 #include <string>
 
 #include "image/enums.h"
@@ -34,14 +33,6 @@ std::uint64_t bits(e_image_format_t format, e_image_bits_t bits)
 struct counted_t : image2d_t {
     unsigned long refs() const { return m_block ? m_block->refcount : 0; }
 };
-
-template <class E>
-std::string text(E value)
-{
-    std::ostringstream os;
-    os << value;
-    return os.str();
-}
 
 }  // namespace
 
@@ -159,6 +150,6 @@ TEST(Sharing, PaletteResizeKeepsEntriesAndZeroReleasesThePlanes)
 
 TEST(EnumText, WritesTheNameAndNamesAValueBeyondTheEndMarkOnce)
 {
-    EXPECT_EQ(text(IMAGE_FORMAT_YCbCr422), "IMAGE_FORMAT_YCbCr422");
-    EXPECT_EQ(text(e_image_format_t(19)), "unknown: 19");
+    EXPECT_EQ(testing::PrintToString(IMAGE_FORMAT_YCbCr422), "IMAGE_FORMAT_YCbCr422");
+    EXPECT_EQ(testing::PrintToString(e_image_format_t(19)), "unknown: 19");
 }

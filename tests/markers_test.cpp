@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -201,16 +202,13 @@ struct scanned_t {
 // past the end stops the walk.
 scanned_t scan_file(std::string const& path)
 {
+    std::map<unsigned, parse_t> const readers = {{0xDB, dqt}, {0xC4, dht}, {0xDD, dri}, {0xDA, sos}};
     scanned_t s;
     marker_payload_t file;
     EXPECT_TRUE(file.load(0, path.c_str(), libutils::PROTECT_READ, 0, false, nullptr));
     unsigned char const* p = file.begin();
     unsigned long const size = file.size();
     if (size < 2 || p[0] != 0xFF || p[1] != 0xD8) return s;
-    dqt_marker_t dqt;
-    dht_marker_t dht;
-    dri_marker_t dri;
-    sos_marker_t sos;
     for (unsigned long pos = 2; pos + 4 <= size;) {
         unsigned const code = p[pos + 1];
         if (p[pos] != 0xFF || code < 0xC0 || code == 0xFF || (code >= 0xD0 && code <= 0xD9)) {
@@ -222,15 +220,13 @@ scanned_t scan_file(std::string const& path)
         marker_payload_t payload = file;
         payload.offset = pos + 4;
         payload.count = length - 2;
-        bool ok = true;
-        switch (code) {
-        case 0xC0: s.baseline = true, s.frame.set_sof0_buffer(payload), ok = s.frame.parse(); break;
-        case 0xDB: dqt.set_dqt_buffer(payload), ok = dqt.parse(); break;
-        case 0xC4: dht.set_dht_buffer(payload), ok = dht.parse(); break;
-        case 0xDD: dri.set_dri_buffer(payload), ok = dri.parse(); break;
-        case 0xDA: sos.set_sos_buffer(payload), ok = sos.parse(); break;
+        if (code == 0xC0) {
+            s.baseline = true;
+            s.frame.set_sof0_buffer(payload);
+            s.parsed = s.frame.parse() && s.parsed;
+        } else if (readers.count(code)) {
+            s.parsed = readers.at(code)(payload) && s.parsed;
         }
-        s.parsed = s.parsed && ok;
         if (code == 0xDA) break;
         pos += 2 + length;
     }

@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -139,13 +138,12 @@ TEST(ScaledownFormats, RefusesWhatEachCannotReadWithOneLine)
         {scaledownGRBG, IMAGE_FORMAT_BGR, false},
     };
     for (auto const& c : cases) {
-        std::ostringstream name;
-        name << c.format;
-        SCOPED_TRACE(name.str());
+        std::string const name = testing::PrintToString(c.format);
+        SCOPED_TRACE(name);
         image2d_t dst;
         testing::internal::CaptureStderr();
         EXPECT_EQ(c.reduce(dst, make(c.format, 2, {{}, {}})), c.taken);
         EXPECT_EQ(testing::internal::GetCapturedStderr(),
-                  c.taken ? "" : "scaledown(): " + name.str() + ": unsupported format.\n");
+                  c.taken ? "" : "scaledown(): " + name + ": unsupported format.\n");
     }
 }

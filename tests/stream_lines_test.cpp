@@ -8,8 +8,8 @@
 #include <cctype>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <regex>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -93,20 +93,9 @@ std::vector<offence_t> unflushed_lines(std::string const& source)
         if (statement.find('\x01') == std::string::npos) continue;
         int const line = 1 + int(std::count(code.begin(), code.begin() + std::ptrdiff_t(start), '\n'));
         std::string const text = source.substr(start, stop - start);
-        std::istringstream first(text);
-        std::string head;
-        std::getline(first, head);
-        found.push_back({line, head});
+        found.push_back({line, text.substr(0, text.find('\n'))});
     }
     return found;
-}
-
-std::string read_file(fs::path const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
 }
 
 // Folders of the repository that are not the program: tests, benchmarks,
@@ -161,7 +150,8 @@ TEST(StreamLineScan, EveryLineOfTheProgramEndsWithAFlush)
         }
         std::string const ext = it->path().extension().string();
         if (ext != ".cpp" && ext != ".h") continue;
-        std::string const source = read_file(it->path());
+        std::ifstream in(it->path(), std::ios::binary);
+        std::string const source{std::istreambuf_iterator<char>(in), {}};
         ++files;
         static std::regex const stream(R"(\bstd::(cout|cerr|clog)\b)");
         streams += int(std::distance(std::sregex_iterator(source.begin(), source.end(), stream),
