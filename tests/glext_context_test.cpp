@@ -1,6 +1,5 @@
 // The loader on a real context (llvmpipe under Xvfb): the flags the program
 // reads, pointers that reach the driver, and GLU working beside our globals.
-// gluErrorString is read by grPrintError, whose test is in gl_state_test.
 #include "glext/glext.h"
 #include "glext/glu.h"
 

@@ -12,7 +12,6 @@
 
 #include "glext/glext.h"
 
-#include "gl/error.h"
 #include "gl/texture.h"
 #include "gl/texture2d.h"
 #include "image/image.h"
