@@ -76,6 +76,7 @@ TEST_F(Scene, TurnsCancelAndZoomsClearButClearingATurnTakesHalfOfIt)
     m_scene.Rotate(30, 0);
     m_scene.Rotate(-30, 0);
     expect_near(m_scene.getMatrix(), Imtx);
+    // Clearing takes back half of what is left of the turn each time.
     m_scene.Rotate(80, 0);
     m_scene.clrRotate();
     EXPECT_NEAR(turn(), 40.0f, 1e-3f);
