@@ -16,8 +16,10 @@
 #include "gl/texture2d.h"
 #include "image/image.h"
 #include "tests/support/gl_context.h"
+#include "tests/support/pixel_window.h"
 
 using namespace libgr;
+using zvtest::window_of;
 
 namespace {
 
@@ -71,19 +73,6 @@ image2d_t rgb_picture(std::uint32_t width, std::uint32_t height,
 }
 
 void fill(image2d_t& img, std::uint8_t value) { std::memset(img.begin(), value, img.datasize()); }
-
-// The rectangle (x, y, width, height) of `picture`, sharing its bytes.
-image2d_t window_of(image2d_t const& picture, std::uint32_t x, std::uint32_t y, std::uint32_t width,
-                    std::uint32_t height)
-{
-    image2d_t w = picture;
-    w.window.rowlength = std::uint32_t(picture.rowlength());
-    w.window.skippixels = x;
-    w.window.skiprows = y;
-    w.m_width = width;
-    w.m_height = height;
-    return w;
-}
 
 // A level of the bound 2-D texture as packed RGB bytes, its side in `side`.
 std::vector<std::uint8_t> read_rgb(GLint level, GLint& side)
