@@ -5,57 +5,21 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <fstream>
-#include <iterator>
 #include <memory>
 #include <string>
-#include <thread>
 #include <vector>
 
 #include "codecs/jpeg.h"
 #include "codecs/png.h"
 #include "codecs/tga.h"
-#include "image/image.h"
-
-#include "tests/support/picture_files.h"
+#include "tests/support/picture_images.h"
 #include "tests/support/viewer_process.h"
 
 namespace {
 
-using bytes_t = std::vector<unsigned char>;
-
-std::uint32_t colour(int x, int y) { return zvtest::distinct_colour(x, y); }
-
-// A small RGB picture, rows bottom-up, for the writers of our own codecs.
-libgr::image2d_t picture(int width, int height)
-{
-    libgr::image2d_t image;
-    image.desc = {libgr::IMAGE_FORMAT_RGB, libgr::IMAGE_TYPE_UINT, libgr::IMAGE_BITS_8};
-    image.m_width = std::uint32_t(width);
-    image.m_height = std::uint32_t(height);
-    EXPECT_TRUE(image.allocate());
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            std::uint32_t const c = colour(x, y);
-            unsigned char* p = image.begin() + image.rowsize() * std::size_t(y) + 3 * x;
-            p[0] = (unsigned char)(c >> 16), p[1] = (unsigned char)(c >> 8), p[2] = (unsigned char)c;
-        }
-    return image;
-}
-
-bytes_t read_bytes(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    return bytes_t(std::istreambuf_iterator<char>(in), {});
-}
-
-void write_bytes(std::string const& path, bytes_t const& bytes)
-{
-    std::ofstream(path, std::ios::binary).write(reinterpret_cast<char const*>(bytes.data()), bytes.size());
-}
+using zvtest::bytes_t;
 
 bytes_t cut(bytes_t b, std::size_t keep)
 {
@@ -113,12 +77,12 @@ protected:
     }
     void good(std::string const& what, std::string const& ext, bytes_t const& bytes)
     {
-        write_bytes(name(what, ext), bytes);
+        ASSERT_TRUE(zvtest::write_bytes(name(what, ext), bytes));
         goods.push_back(int(entries.size()));
     }
     void broken(std::string const& what, std::string const& ext, bytes_t const& bytes)
     {
-        write_bytes(name(what, ext), bytes);
+        ASSERT_TRUE(zvtest::write_bytes(name(what, ext), bytes));
     }
 
     // Sends `key` and waits for the title of good picture `g`.
@@ -128,11 +92,9 @@ protected:
         int const index = goods.at(g);
         std::string const wanted = dir.file(entries[index - 1]) + " (" + std::to_string(index) + "/" +
                                    std::to_string(entries.size()) + ")";
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(20);
         std::string title;
-        while ((title = viewer->title()).rfind(wanted, 0) != 0 && std::chrono::steady_clock::now() < until)
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        if (title.rfind(wanted, 0) == 0) return ::testing::AssertionSuccess();
+        if (zvtest::eventually([&] { return (title = viewer->title()).rfind(wanted, 0) == 0; }, 20))
+            return ::testing::AssertionSuccess();
         return ::testing::AssertionFailure() << "after key '" << key << "' the title is \"" << title
                                              << "\", expected it to begin \"" << wanted << "\"";
     }
@@ -151,8 +113,8 @@ TEST_F(BrokenPictures, PagingSkipsEveryBrokenOneAndShowsEveryGoodOne)
     std::string const scratch = home.file("scratch");
 
     // BMP: the rows must all be in the file, since they stay in its mapping.
-    ASSERT_TRUE(zvtest::write_bmp24(scratch, 21, 13, colour));
-    bytes_t const bmp = read_bytes(scratch);
+    ASSERT_TRUE(zvtest::write_bmp24(scratch, 21, 13, zvtest::distinct_colour));
+    bytes_t const bmp = zvtest::read_bytes(scratch);
     good("good", ".bmp", bmp);
     broken("bmp-empty", ".bmp", {});
     broken("bmp-headers-cut", ".bmp", cut(bmp, 30));
@@ -165,8 +127,8 @@ TEST_F(BrokenPictures, PagingSkipsEveryBrokenOneAndShowsEveryGoodOne)
 
     // JPEG: a file cut in its scan still shows what it holds, so these are
     // broken before the first row.
-    ASSERT_TRUE(libgr::image_jpeg1_t().save(picture(33, 17), scratch.c_str()));
-    bytes_t const jpeg = read_bytes(scratch);
+    ASSERT_TRUE(libgr::image_jpeg1_t().save(zvtest::picture_image(33, 17), scratch.c_str()));
+    bytes_t const jpeg = zvtest::read_bytes(scratch);
     good("good", ".jpg", jpeg);
     broken("jpeg-empty", ".jpg", {});
     broken("jpeg-soi-only", ".jpg", cut(jpeg, 2));
@@ -177,8 +139,8 @@ TEST_F(BrokenPictures, PagingSkipsEveryBrokenOneAndShowsEveryGoodOne)
     broken("jpeg-not-a-jpeg", ".jpeg", {'G', 'I', 'F', '8', '9', 'a', 1, 0, 1, 0});
 
     // PNG: libpng checks every chunk's CRC; the lying sizes carry a right one.
-    ASSERT_TRUE(libgr::image_png_t().save(picture(19, 11), scratch.c_str()));
-    bytes_t const png = read_bytes(scratch);
+    ASSERT_TRUE(libgr::image_png_t().save(zvtest::picture_image(19, 11), scratch.c_str()));
+    bytes_t const png = zvtest::read_bytes(scratch);
     bytes_t huge = patch(png, 16, be32(65535));
     huge = patch(huge, 20, be32(65535));
     huge = patch(huge, 29, be32(png_crc(huge, 12, 29)));
@@ -194,8 +156,8 @@ TEST_F(BrokenPictures, PagingSkipsEveryBrokenOneAndShowsEveryGoodOne)
     broken("png-text-chunk-claims-1gb", ".png", text);
 
     // TGA: the rows are padded to 4 bytes, as our writer writes them.
-    ASSERT_TRUE(libgr::image_tga_t().save(picture(10, 7), scratch.c_str()));
-    bytes_t const tga = read_bytes(scratch);
+    ASSERT_TRUE(libgr::image_tga_t().save(zvtest::picture_image(10, 7), scratch.c_str()));
+    bytes_t const tga = zvtest::read_bytes(scratch);
     good("good", ".tga", tga);
     broken("tga-empty", ".tga", {});
     broken("tga-header-cut", ".tga", cut(tga, 12));
@@ -206,8 +168,8 @@ TEST_F(BrokenPictures, PagingSkipsEveryBrokenOneAndShowsEveryGoodOne)
     broken("tga-depth-15", ".tga", patch(tga, 16, {15}));
     broken("tga-colormap-past-end", ".tga", patch(patch(tga, 1, {1}), 5, {0xFF, 0xFF, 4}));
 
-    ASSERT_TRUE(zvtest::write_bmp24(scratch, 8, 30, colour));
-    good("good-last", ".bmp", read_bytes(scratch));
+    ASSERT_TRUE(zvtest::write_bmp24(scratch, 8, 30, zvtest::distinct_colour));
+    good("good-last", ".bmp", zvtest::read_bytes(scratch));
     std::remove(scratch.c_str());
 
     viewer.reset(new zvtest::ViewerProcess({dir.path()}, {"HOME=" + home.path()}));

@@ -14,7 +14,8 @@
 
 namespace {
 
-constexpr std::uint32_t kBackground = 0x2e2e2e;  // gray18
+using zvtest::kBackground;
+
 constexpr int kWidth = 800, kHeight = 600;       // the window
 // A picture of 100 x 50 with the default band of 32: outer corners at
 // (-82, -57) and (82, 57), inner ones at (-50, -25) and (50, 25), which an
@@ -40,7 +41,7 @@ std::uint32_t picture_pixel(int x, int y)
 
 // The window of one run of the viewer on the picture with frame `type`,
 // checked outside the band and inside the picture; `band_ok` judges each
-// band pixel. Returns the screenshot, kept beside the build on a failure.
+// band pixel. Returns the screenshot, kept under $TMPDIR on a failure.
 zvtest::screenshot_t check_framed(std::string const& type, std::function<bool(std::uint32_t)> band_ok,
                                   std::vector<std::string> const& extra = {})
 {
@@ -71,10 +72,11 @@ zvtest::screenshot_t check_framed(std::string const& type, std::function<bool(st
             wrong[place] += !ok;
         }
     }
-    EXPECT_EQ(wrong[PICTURE], 0) << "picture pixels changed";
-    EXPECT_EQ(wrong[BAND], 0) << "band pixels not as the look has them";
-    EXPECT_EQ(wrong[OUTSIDE], 0) << "pixels beyond the band not the background";
-    if (wrong[PICTURE] || wrong[BAND] || wrong[OUTSIDE]) shot.save_ppm("frametype" + type + ".ppm");
+    std::string const kept =
+        wrong[PICTURE] + wrong[BAND] + wrong[OUTSIDE] ? "; the screenshot is kept in " + shot.keep() : "";
+    EXPECT_EQ(wrong[PICTURE], 0) << "picture pixels changed" << kept;
+    EXPECT_EQ(wrong[BAND], 0) << "band pixels not as the look has them" << kept;
+    EXPECT_EQ(wrong[OUTSIDE], 0) << "pixels beyond the band not the background" << kept;
     return shot;
 }
 

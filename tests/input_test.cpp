@@ -3,10 +3,8 @@
 // window, compared with what each command must make of it.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "tests/support/picture_files.h"
 #include "tests/support/viewer_process.h"
@@ -66,21 +64,16 @@ protected:
     // Waits until the window shows `expected` up to `tolerance` pixels.
     ::testing::AssertionResult shows(screenshot_t const& expected, int tolerance = 0)
     {
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
         int n;
-        while ((n = differing(viewer->screenshot(), expected)) > tolerance &&
-               std::chrono::steady_clock::now() < until)
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        if (n <= tolerance) return ::testing::AssertionSuccess();
+        if (zvtest::eventually([&] { return (n = differing(viewer->screenshot(), expected)) <= tolerance; }))
+            return ::testing::AssertionSuccess();
         return ::testing::AssertionFailure() << n << " pixels differ (see the event log above)";
     }
 
     // A screenshot that differs from `before`, once it holds still.
     screenshot_t changed_from(screenshot_t const& before)
     {
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        while (differing(viewer->screenshot(), before) == 0 && std::chrono::steady_clock::now() < until)
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        zvtest::eventually([&] { return differing(viewer->screenshot(), before) != 0; });
         return viewer->settled_screenshot();
     }
 
@@ -134,11 +127,17 @@ TEST_F(ViewCommands, TurnKeysGoOppositeWays)
     EXPECT_TRUE(shows(start, kTurnTolerance));
 }
 
-TEST_F(ViewCommands, ArrowsMoveTheCameraAndTheLeftButtonDragsThePicture)
+TEST_F(ViewCommands, KeysWithoutACommandDoNothingArrowsMoveTheCameraAndTheLeftButtonDrags)
 {
+    std::string const title = viewer->title();
+    for (char const* key : {"plus", "equal", "KP_Add", "KP_Begin", "a", "x", "Tab", "F1", "shift+g"})
+        viewer->key(key);
+    // Handled after all of them: had any of them changed the view, the
+    // picture would not stand where the arrows put it.
     viewer->key("Right");
     viewer->key("Up");
     EXPECT_TRUE(shows(shifted(start, -10, 10)));
+    EXPECT_EQ(viewer->title(), title);
     viewer->move_mouse(400, 300);
     viewer->button(1, true);
     viewer->move_mouse(430, 280);
@@ -150,18 +149,6 @@ TEST_F(ViewCommands, ArrowsMoveTheCameraAndTheLeftButtonDragsThePicture)
     EXPECT_TRUE(shows(shifted(start, 30, -10)));
 }
 
-TEST_F(ViewCommands, KeysWithoutACommandDoNothing)
-{
-    std::string const title = viewer->title();
-    for (char const* key : {"plus", "equal", "KP_Add", "KP_Begin", "a", "x", "Tab", "F1", "shift+g"})
-        viewer->key(key);
-    // Handled after all of them: had any of them changed the view, the
-    // picture would not stand where one step left puts it.
-    viewer->key("Right");
-    EXPECT_TRUE(shows(shifted(start, -10, 0)));
-    EXPECT_EQ(viewer->title(), title);
-}
-
 TEST(WorkArea, FTogglesBetweenTheWorkAreaAndTheWindowKeptAtStart)
 {
     zvtest::TempDir home;
@@ -170,11 +157,7 @@ TEST(WorkArea, FTogglesBetweenTheWorkAreaAndTheWindowKeptAtStart)
     // Without a window manager the work area is the whole screen, and a
     // window stands at 0,0 unless placed.
     auto const becomes = [&](int width, int height) {
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-        zvtest::geometry_t g;
-        while (((g = viewer.geometry()).width != width || g.height != height) &&
-               std::chrono::steady_clock::now() < until)
-            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        zvtest::geometry_t const g = viewer.sized_geometry(width, height);
         return std::to_string(g.x) + "," + std::to_string(g.y) + " " + std::to_string(g.width) + "x" +
                std::to_string(g.height);
     };

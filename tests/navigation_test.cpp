@@ -3,11 +3,9 @@
 // a step that must do nothing is checked by the title after the next key.
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <fstream>
 #include <memory>
 #include <string>
-#include <thread>
 
 #include "tests/support/picture_files.h"
 #include "tests/support/viewer_process.h"
@@ -15,16 +13,6 @@
 using zvtest::ViewerProcess;
 
 namespace {
-
-// The application's name in the title: the first line of the message file
-// beside the binary, or the text shown when there is none.
-std::string application_name()
-{
-    std::ifstream in(zvtest::viewer_binary() + ".msg");
-    std::string line;
-    if (in && std::getline(in, line)) return line;
-    return "message not loaded.";
-}
 
 std::uint32_t grey(int, int) { return 0x808080; }
 
@@ -42,17 +30,16 @@ protected:
         ASSERT_TRUE(zvtest::write_bmp24(dir.file(name), width, height, grey));
     }
 
-    // Sends `key` and waits for the title of entry `index` of `count`.
+    // Sends `key` and waits for the title of entry `index` of `count`; the
+    // application's name ends it.
     ::testing::AssertionResult shows(std::string const& key, std::string const& name, int index, int count)
     {
         if (!key.empty()) viewer->key(key);
         std::string const wanted = dir.file(name) + " (" + std::to_string(index) + "/" + std::to_string(count) +
-                                   ") - " + application_name();
-        auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+                                   ") - " + zvtest::catalogue_line(0);
         std::string title;
-        while ((title = viewer->title()) != wanted && std::chrono::steady_clock::now() < until)
-            std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        if (title == wanted) return ::testing::AssertionSuccess();
+        if (zvtest::eventually([&] { return (title = viewer->title()) == wanted; }))
+            return ::testing::AssertionSuccess();
         return ::testing::AssertionFailure() << "after key '" << key << "' the title is \"" << title
                                              << "\", expected \"" << wanted << "\"";
     }
@@ -104,9 +91,7 @@ TEST_F(Paging, SkipsPicturesThatDoNotLoad)
     picture("a.bmp", 20, 10);
     picture("p.bmp", 30, 10);
     // Not a BMP at all, under BMP names: entries that never load.
-    for (char const* name : {"m.bmp", "x.bmp"}) {
-        std::ofstream(dir.file(name)) << "no picture in here";
-    }
+    for (char const* name : {"m.bmp", "x.bmp"}) std::ofstream(dir.file(name)) << "no picture in here";
     start();
     EXPECT_TRUE(shows("space", "p.bmp", 3, 4));
     // Nothing behind p.bmp loads: the search turns round and p.bmp comes
@@ -114,9 +99,7 @@ TEST_F(Paging, SkipsPicturesThatDoNotLoad)
     // tells that the step is through.
     viewer->key("space");
     viewer->key("f");
-    auto const until = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-    while (viewer->geometry().width != 1280 && std::chrono::steady_clock::now() < until)
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    viewer->sized_geometry(1280, 1024);
     EXPECT_TRUE(shows("", "p.bmp", 3, 4));
     // Backward past m.bmp reaches the first entry by the search forward.
     EXPECT_TRUE(shows("BackSpace", "a.bmp", 1, 4));

@@ -10,120 +10,87 @@
 
 #include "codecs/png.h"
 #include "codecs/tga.h"
-#include "image/image.h"
-#include "tests/support/picture_files.h"
+#include "tests/support/picture_images.h"
 #include "tests/support/viewer_process.h"
 
 using zvtest::ViewerProcess;
+using zvtest::kBackground;
 
 namespace {
 
-constexpr std::uint32_t kBackground = 0x2e2e2e;  // gray18: 0.18 of 255, rounded
-constexpr int kWindowWidth = 800;
-constexpr int kWindowHeight = 600;
-
-int floor_half(int v) { return v >= 0 ? v / 2 : -((1 - v) / 2); }
-
-// Compares the window with the picture centred on the background at scale
-// 1. Returns the number of wrong pixels; a few of them are described.
-int wrong_pixels(zvtest::screenshot_t const& shot, int width, int height, zvtest::pixel_fn const& colour)
-{
-    EXPECT_EQ(shot.width, kWindowWidth);
-    EXPECT_EQ(shot.height, kWindowHeight);
-    if (shot.width != kWindowWidth || shot.height != kWindowHeight) return -1;
-
-    // Where window and picture can't both be centred on a pixel boundary,
-    // the picture sits half a pixel to the right and up: the left edge is
-    // rounded up, and so is the bottom edge.
-    int const left = floor_half(kWindowWidth - width + 1);
-    int const bottom = floor_half(kWindowHeight - height + 1);
-    int const top = kWindowHeight - bottom - height;  // screenshot row of the picture's top row
-
-    int wrong = 0;
-    for (int y = 0; y < shot.height; ++y) {
-        for (int x = 0; x < shot.width; ++x) {
-            int const px = x - left;
-            int const py = y - top;
-            bool const inside = px >= 0 && px < width && py >= 0 && py < height;
-            std::uint32_t const expected = inside ? colour(px, py) : kBackground;
-            if (shot.at(x, y) == expected) continue;
-            if (++wrong <= 5)
-                ADD_FAILURE() << "window pixel (" << x << ", " << y << ") is " << std::hex << shot.at(x, y)
-                              << ", expected " << expected << std::dec
-                              << (inside ? " of picture pixel (" + std::to_string(px) + ", " + std::to_string(py) + ")"
-                                         : " (background)");
-        }
-    }
-    return wrong;
-}
-
 // Starts the viewer on one picture at scale 1 and compares the whole window
-// with it, then again after each of `keys`. Returns the number of wrong
-// pixels in all.
-int compare_shown(std::string const& path, int width, int height, zvtest::pixel_fn const& colour,
+// with it, then again after each of `keys`.
+void expect_shown(std::string const& path, int width, int height, zvtest::pixel_fn const& colour,
                   std::vector<std::string> const& keys = {})
 {
     // No frame: the background must reach the picture's edge.
     ViewerProcess viewer({"-resizetype", "0", "-frametype", "0", "-winsize", "800x600", path},
                          {"HOME=/nonexistent-zanoview-home"});
     EXPECT_TRUE(viewer.wait_window());
-    zvtest::screenshot_t shot = viewer.settled_screenshot();
-    int wrong = wrong_pixels(shot, width, height, colour);
-    for (std::string const& key : keys) {
-        viewer.key(key);
-        shot = viewer.settled_screenshot();
-        wrong += wrong_pixels(shot, width, height, colour);
+    for (std::size_t step = 0; step <= keys.size(); ++step) {
+        if (step > 0) viewer.key(keys[step - 1]);
+        zvtest::screenshot_t const shot = viewer.settled_screenshot();
+        EXPECT_EQ(shot.width, 800);
+        EXPECT_EQ(shot.height, 600);
+        EXPECT_EQ(zvtest::differences_from_centred(shot, width, height, colour), "");
     }
-    if (wrong) shot.save_ppm(path + ".shown.ppm");
     viewer.key("q");
     EXPECT_EQ(viewer.wait_exit(), 0);
     EXPECT_EQ(viewer.err(), "");
-    return wrong;
 }
 
-void expect_shown_exactly(int width, int height)
+// Writes a picture of distinct colours in the format of the name's extension.
+bool write_distinct(std::string const& path, int width, int height, int components)
 {
-    zvtest::TempDir dir;
-    std::string const path = dir.file("picture.bmp");
-    ASSERT_TRUE(zvtest::write_bmp24(path, width, height, zvtest::distinct_colour));
-    EXPECT_EQ(compare_shown(path, width, height, zvtest::distinct_colour), 0);
+    std::string const ext = path.substr(path.rfind('.'));
+    if (ext == ".bmp") return zvtest::write_bmp24(path, width, height, zvtest::distinct_colour);
+    libgr::image2d_t const image = zvtest::picture_image(width, height, zvtest::distinct_colour, components);
+    return ext == ".png" ? libgr::image_png_t().save(image, path.c_str())
+                         : libgr::image_tga_t().save(image, path.c_str());
 }
+
+struct shown_case {
+    char const* name;
+    char const* file;  // its extension picks the writer
+    int width, height;
+    int components;                 // 4: opaque RGBA
+    std::vector<std::string> keys;  // sent in turn, the window compared again after each
+};
+
+class ShownAtScaleOne : public ::testing::TestWithParam<shown_case> {};
 
 }  // namespace
 
-TEST(ShownAtScaleOne, EvenSizesInOneTile)
+TEST_P(ShownAtScaleOne, EveryPixelInItsPlace)
 {
-    expect_shown_exactly(300, 200);
-}
-
-TEST(ShownAtScaleOne, AcrossATileBoundaryWithAOnePixelStrip)
-{
-    // 257 wide: a full tile of 256 and a last column one pixel wide; the
-    // odd width in the even window also takes the half-pixel offset.
-    expect_shown_exactly(257, 300);
-}
-
-TEST(ShownAtScaleOne, OddWidthAndHeightInAnEvenWindow)
-{
-    expect_shown_exactly(301, 201);
-}
-
-TEST(ShownAtScaleOne, ASinglePixel)
-{
-    expect_shown_exactly(1, 1);
-}
-
-TEST(ShownAtScaleOne, LargerThanTheWindowShowsItsMiddle)
-{
-    // 4x3 tiles; only the middle of the picture fits the window.
+    shown_case const& c = GetParam();
     zvtest::TempDir dir;
-    std::string const path = dir.file("large.bmp");
-    ASSERT_TRUE(zvtest::write_bmp24(path, 1000, 700, zvtest::distinct_colour));
-    // The window sees picture pixels from (100, 50) on.
-    EXPECT_EQ(compare_shown(path, 1000, 700, zvtest::distinct_colour), 0);
+    std::string const path = dir.file(c.file);
+    ASSERT_TRUE(write_distinct(path, c.width, c.height, c.components));
+    expect_shown(path, c.width, c.height, zvtest::distinct_colour, c.keys);
 }
 
-TEST(ShownAtScaleOne, PaletteInItsColours)
+INSTANTIATE_TEST_SUITE_P(
+    Pictures, ShownAtScaleOne,
+    ::testing::Values(shown_case{"EvenSizesInOneTile", "picture.bmp", 300, 200, 3, {}},
+                      // A full tile of 256 and a last column one pixel wide; the
+                      // odd width in the even window also takes the half-pixel offset.
+                      shown_case{"AcrossATileBoundaryWithAOnePixelStrip", "picture.bmp", 257, 300, 3, {}},
+                      shown_case{"OddWidthAndHeightInAnEvenWindow", "picture.bmp", 301, 201, 3, {}},
+                      shown_case{"ASinglePixel", "picture.bmp", 1, 1, 3, {}},
+                      // 4x3 tiles; the window sees picture pixels from (100, 50) on.
+                      shown_case{"LargerThanTheWindowShowsItsMiddle", "large.bmp", 1000, 700, 3, {}},
+                      shown_case{"PngWithAlpha", "picture.png", 203, 151, 4, {}},
+                      // The decoded pixels are given back once the textures hold
+                      // them: the rebuild ("r") reads the file again. Two tiles, so
+                      // that rows go in turn. The rebuild itself doesn't redraw;
+                      // "g" does, and at scale 1 either magnification shows the
+                      // texels exactly.
+                      shown_case{"AgainAfterARebuildOfItsTextures", "picture.png", 203, 301, 3, {"r", "g"}},
+                      shown_case{"Tga", "picture.tga", 180, 120, 3, {}}),
+    [](::testing::TestParamInfo<shown_case> const& info) { return std::string(info.param.name); });
+
+TEST(ShownAtScaleOnePalette, InItsColours)
 {
     zvtest::TempDir dir;
     std::string const path = dir.file("palette.bmp");
@@ -131,59 +98,7 @@ TEST(ShownAtScaleOne, PaletteInItsColours)
     for (int i = 0; i < 256; ++i) palette.push_back(zvtest::distinct_colour(i, 255 - i));
     auto const index = [](int x, int y) { return (x * 7 + y * 13) % 256; };
     ASSERT_TRUE(zvtest::write_bmp8(path, 123, 77, palette, index));
-    EXPECT_EQ(compare_shown(path, 123, 77, [&](int x, int y) { return palette[index(x, y)]; }), 0);
-}
-
-namespace {
-
-// A picture of distinct colours as an image record, rows bottom-up, with
-// `components` 3 (RGB) or 4 (RGBA, opaque).
-libgr::image2d_t distinct_picture(int width, int height, int components)
-{
-    libgr::image2d_t image;
-    image.desc = {components == 4 ? libgr::IMAGE_FORMAT_RGBA : libgr::IMAGE_FORMAT_RGB, libgr::IMAGE_TYPE_UINT,
-                  libgr::IMAGE_BITS_8};
-    image.m_width = std::uint32_t(width);
-    image.m_height = std::uint32_t(height);
-    EXPECT_TRUE(image.allocate());
-    for (int y = 0; y < height; ++y)
-        for (int x = 0; x < width; ++x) {
-            std::uint32_t const c = zvtest::distinct_colour(x, y);
-            unsigned char* p = image.pixel(x, std::uint64_t(height - 1 - y));
-            p[0] = (unsigned char)(c >> 16), p[1] = (unsigned char)(c >> 8), p[2] = (unsigned char)c;
-            if (components == 4) p[3] = 255;
-        }
-    return image;
-}
-
-}  // namespace
-
-TEST(ShownAtScaleOne, PngWithAlpha)
-{
-    zvtest::TempDir dir;
-    std::string const path = dir.file("picture.png");
-    ASSERT_TRUE(libgr::image_png_t().save(distinct_picture(203, 151, 4), path.c_str()));
-    EXPECT_EQ(compare_shown(path, 203, 151, zvtest::distinct_colour), 0);
-}
-
-TEST(ShownAtScaleOne, AgainAfterARebuildOfItsTextures)
-{
-    // The decoded pixels are given back once the textures hold them: the
-    // rebuild reads the file again. Two tiles, so that rows go in turn.
-    zvtest::TempDir dir;
-    std::string const path = dir.file("picture.png");
-    ASSERT_TRUE(libgr::image_png_t().save(distinct_picture(203, 301, 3), path.c_str()));
-    // The rebuild itself doesn't redraw; "g" does, and at scale 1 either
-    // magnification shows the texels exactly.
-    EXPECT_EQ(compare_shown(path, 203, 301, zvtest::distinct_colour, {"r", "g"}), 0);
-}
-
-TEST(ShownAtScaleOne, Tga)
-{
-    zvtest::TempDir dir;
-    std::string const path = dir.file("picture.tga");
-    ASSERT_TRUE(libgr::image_tga_t().save(distinct_picture(180, 120, 3), path.c_str()));
-    EXPECT_EQ(compare_shown(path, 180, 120, zvtest::distinct_colour), 0);
+    expect_shown(path, 123, 77, [&](int x, int y) { return palette[index(x, y)]; });
 }
 
 // ---- Fitted, so that the lower mipmap levels show

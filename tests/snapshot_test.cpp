@@ -4,26 +4,14 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 
 #include "codecs/jpeg.h"
-#include "image/image.h"
-#include "tests/support/picture_files.h"
+#include "tests/support/picture_images.h"
 #include "tests/support/viewer_process.h"
 
 namespace {
-
-std::string contents(std::string const& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::ostringstream s;
-    s << in.rdbuf();
-    return s.str();
-}
 
 // A flat colour with a darker square in the middle, so that the snapshot's
 // content can be told from the background and the frame.
@@ -40,7 +28,7 @@ TEST(Snapshot, WritesWhatTheWindowShows)
     zvtest::TempDir dir;
     std::string const picture = dir.file("shot.bmp");
     ASSERT_TRUE(zvtest::write_bmp24(picture, 300, 200, picture_colour));
-    std::string const before = contents(picture);
+    zvtest::bytes_t const before = zvtest::read_bytes(picture);
 
     zvtest::ViewerProcess viewer({"-resizetype", "0", "-frametype", "0", "-winsize", "800x600", picture},
                                  {"HOME=" + dir.path(), "GALLIUM_DRIVER=softpipe"});
@@ -49,11 +37,11 @@ TEST(Snapshot, WritesWhatTheWindowShows)
     viewer.key("s");
     std::string const snapshot = dir.file("shot.zvw.jpg");
     struct stat st;
-    for (int i = 0; i < 100 && stat(snapshot.c_str(), &st) != 0; ++i) usleep(50000);
+    zvtest::eventually([&] { return stat(snapshot.c_str(), &st) == 0; }, 5);
     viewer.key("q");
     ASSERT_EQ(viewer.wait_exit(), 0);
     EXPECT_EQ(viewer.err(), "");
-    EXPECT_EQ(contents(picture), before) << "the picture file was written";
+    EXPECT_TRUE(zvtest::read_bytes(picture) == before) << "the picture file was written";
 
     libgr::image2d_t shown;
     libgr::image_jpeg1_t reader;
@@ -68,5 +56,5 @@ TEST(Snapshot, WritesWhatTheWindowShows)
     };
     EXPECT_TRUE(near(at(400, 300), 0x204080));  // the middle square
     EXPECT_TRUE(near(at(260, 260), 0xe0a040));  // the picture's flat part
-    EXPECT_TRUE(near(at(20, 20), 0x2e2e2e));    // the background
+    EXPECT_TRUE(near(at(20, 20), zvtest::kBackground));
 }

@@ -64,7 +64,37 @@ bool window_pid(Window w, long& pid)
 
 void pause_ms(int ms) { std::this_thread::sleep_for(std::chrono::milliseconds(ms)); }
 
+// The argv or envp form of `strings`, which must outlive it.
+std::vector<char*> c_array(std::vector<std::string> const& strings)
+{
+    std::vector<char*> out;
+    for (auto const& s : strings) out.push_back(const_cast<char*>(s.c_str()));
+    out.push_back(nullptr);
+    return out;
+}
+
+// Runs a command line and waits for it; returns its exit status.
+int run_command(std::vector<std::string> const& argv)
+{
+    std::vector<char*> args = c_array(argv);
+    pid_t pid;
+    if (posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return -1;
+    int status = 0;
+    if (waitpid(pid, &status, 0) < 0) return -1;
+    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+}
+
 }  // namespace
+
+bool eventually(std::function<bool()> const& done, double seconds)
+{
+    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
+    while (!done()) {
+        if (clock_type::now() > until) return false;
+        pause_ms(20);
+    }
+    return true;
+}
 
 std::string viewer_binary() { return std::string(ZV_BUILD_DIR) + "/zanoview"; }
 
@@ -77,27 +107,42 @@ std::string catalogue_line(int n)
     return line;
 }
 
-bool screenshot_t::save_ppm(std::string const& path) const
+std::string screenshot_t::keep() const
 {
+    std::string const path = make_temp_dir("zvtest-screenshot.") + "/shot.ppm";
     std::ofstream out(path, std::ios::binary);
     out << "P6\n" << width << " " << height << "\n255\n";
     for (uint32_t p : pixels) {
         char const rgb[3] = {char(p >> 16), char(p >> 8), char(p)};
         out.write(rgb, 3);
     }
-    return bool(out);
+    return path;
 }
 
-int run_command(std::vector<std::string> const& argv)
+std::string differences_from_centred(screenshot_t const& shot, int width, int height,
+                                     std::function<std::uint32_t(int x, int y)> const& colour)
 {
-    std::vector<char*> args;
-    for (auto const& a : argv) args.push_back(const_cast<char*>(a.c_str()));
-    args.push_back(nullptr);
-    pid_t pid;
-    if (posix_spawnp(&pid, args[0], nullptr, nullptr, args.data(), environ) != 0) return -1;
-    int status = 0;
-    if (waitpid(pid, &status, 0) < 0) return -1;
-    return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+    // Halves rounded down, also below zero: a picture larger than the
+    // window stands out on both sides.
+    auto const floor_half = [](int v) { return v >= 0 ? v / 2 : -((1 - v) / 2); };
+    int const left = floor_half(shot.width - width + 1);
+    int const bottom = floor_half(shot.height - height + 1);
+    int const top = shot.height - bottom - height;  // screenshot row of the picture's top row
+    std::ostringstream text;
+    int wrong = 0;
+    for (int y = 0; y < shot.height; ++y)
+        for (int x = 0; x < shot.width; ++x) {
+            int const px = x - left, py = y - top;
+            bool const inside = px >= 0 && px < width && py >= 0 && py < height;
+            std::uint32_t const expected = inside ? colour(px, py) : kBackground;
+            if (shot.at(x, y) == expected || ++wrong > 5) continue;
+            text << "window pixel (" << x << ", " << y << ") is " << std::hex << shot.at(x, y) << ", expected "
+                 << expected << std::dec;
+            if (inside) text << " of picture pixel (" << px << ", " << py << ")";
+            text << "\n";
+        }
+    if (wrong) text << wrong << " pixels differ; the screenshot is kept in " << shot.keep();
+    return text.str();
 }
 
 ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
@@ -111,27 +156,17 @@ ViewerProcess::ViewerProcess(std::vector<std::string> const& args,
     std::vector<std::string> env = extra_env;
     env.insert(env.begin(), "ASAN_OPTIONS=detect_leaks=0");
 
+    auto const name = [](std::string const& entry) { return entry.substr(0, entry.find('=')); };
     std::vector<std::string> environment;
-    for (char** e = environ; *e; ++e) {
-        std::string const entry = *e;
-        std::string const name = entry.substr(0, entry.find('='));
-        bool replaced = false;
-        for (auto const& extra : env)
-            if (extra.substr(0, extra.find('=')) == name) replaced = true;
-        if (!replaced) environment.push_back(entry);
-    }
+    for (char** e = environ; *e; ++e)
+        if (std::none_of(env.begin(), env.end(), [&](std::string const& x) { return name(x) == name(*e); }))
+            environment.push_back(*e);
     for (auto const& extra : env)
-        if (extra.find('=') != std::string::npos) environment.push_back(extra);
-
-    std::vector<char*> envp;
-    for (auto& e : environment) envp.push_back(const_cast<char*>(e.c_str()));
-    envp.push_back(nullptr);
-
+        if (extra != name(extra)) environment.push_back(extra);
     std::vector<std::string> argv_strings{viewer_binary()};
     argv_strings.insert(argv_strings.end(), args.begin(), args.end());
-    std::vector<char*> argv;
-    for (auto& a : argv_strings) argv.push_back(const_cast<char*>(a.c_str()));
-    argv.push_back(nullptr);
+    std::vector<char*> const envp = c_array(environment);
+    std::vector<char*> const argv = c_array(argv_strings);
 
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -175,12 +210,7 @@ bool ViewerProcess::running()
 
 int ViewerProcess::wait_exit(double seconds)
 {
-    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
-    while (running()) {
-        if (clock_type::now() > until) return -1;
-        pause_ms(20);
-    }
-    return m_status;
+    return eventually([&] { return !running(); }, seconds) ? m_status : -1;
 }
 
 bool ViewerProcess::wait_window(double seconds)
@@ -240,9 +270,8 @@ geometry_t ViewerProcess::geometry() const
 
 geometry_t ViewerProcess::sized_geometry(int width, int height, double seconds) const
 {
-    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
     geometry_t g;
-    while (((g = geometry()).width != width || g.height != height) && clock_type::now() < until) pause_ms(20);
+    eventually([&] { return (g = geometry()).width == width && g.height == height; }, seconds);
     return g;
 }
 

@@ -7,6 +7,7 @@
 #include <sys/types.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,12 @@ std::string viewer_binary();
 // viewer shows for that message id; "message not loaded." without it.
 std::string catalogue_line(int n);
 
+// The window's background where no picture is: gray18, 0.18 of 255 rounded.
+constexpr std::uint32_t kBackground = 0x2e2e2e;
+
+// Polls `done` every 20 ms until it holds or `seconds` pass; its last answer.
+bool eventually(std::function<bool()> const& done, double seconds = 10);
+
 // Pixels read from the screen, row 0 at the top, 0x00RRGGBB each.
 struct screenshot_t {
     int width = 0;
@@ -26,9 +33,19 @@ struct screenshot_t {
     std::vector<uint32_t> pixels;
 
     uint32_t at(int x, int y) const { return pixels[size_t(y) * width + x]; }
-    // Writes a binary PPM, for looking at a failure.
-    bool save_ppm(std::string const& path) const;
+    // Writes a binary PPM into a new folder of its own under $TMPDIR, left
+    // there for looking at a failure; returns the file's path.
+    std::string keep() const;
 };
+
+// What differs between the window and a picture of `width` x `height`
+// drawn at scale 1 in its middle on the background, `colour(x, y)` being
+// picture pixel (x, y), y = 0 its top row: "" when nothing, else the count,
+// the first few pixels and where the screenshot is kept. Where window and
+// picture can't both be centred on a pixel boundary, the picture sits half
+// a pixel to the right and up.
+std::string differences_from_centred(screenshot_t const& shot, int width, int height,
+                                     std::function<std::uint32_t(int x, int y)> const& colour);
 
 struct geometry_t {
     int x = 0, y = 0;           // screen coordinates of the top-left corner
@@ -105,9 +122,6 @@ private:
     int m_out_pipe = -1;  // read end of the standard output pipe
     std::string m_pending;  // bytes read from the pipe after the last whole line
 };
-
-// Runs xdotool or a command line and waits for it; returns its exit status.
-int run_command(std::vector<std::string> const& argv);
 
 }  // namespace zvtest
 
