@@ -16,7 +16,7 @@ namespace {
 
 using zvtest::kBackground;
 
-constexpr int kWidth = 800, kHeight = 600;       // the window
+constexpr int kWidth = 800, kHeight = 600;  // the window
 // A picture of 100 x 50 with the default band of 32: outer corners at
 // (-82, -57) and (82, 57), inner ones at (-50, -25) and (50, 25), which an
 // even window centres on whole pixels.
@@ -95,11 +95,6 @@ TEST(FlatFrame, IsExactlyTheFrameColourFromThePictureEdgeOutToTheBandWidth)
     EXPECT_EQ(shot.at(481, 357), kBackground);
     EXPECT_EQ(shot.at(349, 275), colour);  // inner, top left
     EXPECT_EQ(shot.at(350, 275), picture_pixel(350, 275));
-}
-
-TEST(NoFrame, LeavesTheBackgroundAroundThePicture)
-{
-    check_framed("0", [](std::uint32_t p) { return p == kBackground; });
 }
 
 class TexturedFrame : public testing::TestWithParam<int> {};

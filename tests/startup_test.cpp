@@ -106,7 +106,9 @@ INSTANTIATE_TEST_SUITE_P(Cases, WindowOptions,
                                            window_case{"Winsize", {"-winsize", "1024x768"}, 1024, 768},
                                            // An ordinary window.
                                            window_case{"MaximizeType", {"-wintype", "1"}, 800, 600}),
-                         [](::testing::TestParamInfo<window_case> const& info) { return std::string(info.param.name); });
+                         [](::testing::TestParamInfo<window_case> const& info) {
+                             return std::string(info.param.name);
+                         });
 
 // "q" ends the runs above.
 class Quit : public ::testing::TestWithParam<char const*> {};

@@ -1,10 +1,8 @@
 #include "tests/support/picture_files.h"
 
-#include <ftw.h>
-#include <stdlib.h>
-
-#include <cstdio>
+#include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "tests/support/temp_dir.h"
 
@@ -71,9 +69,8 @@ TempDir::TempDir()
 
 TempDir::~TempDir()
 {
-    nftw(
-        m_path.c_str(), [](char const* p, struct stat const*, int, struct FTW*) { return std::remove(p); }, 8,
-        FTW_DEPTH | FTW_PHYS);
+    std::error_code ignored;
+    std::filesystem::remove_all(m_path, ignored);
 }
 
 bool write_bmp24(std::string const& path, int width, int height, pixel_fn const& colour)

@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -191,9 +192,8 @@ ViewerProcess::~ViewerProcess()
         waitpid(m_pid, nullptr, 0);
     }
     if (m_out_pipe >= 0) ::close(m_out_pipe);
-    std::remove((m_dir + "/out").c_str());
-    std::remove((m_dir + "/err").c_str());
-    rmdir(m_dir.c_str());
+    std::error_code ignored;
+    std::filesystem::remove_all(m_dir, ignored);
 }
 
 bool ViewerProcess::running()
@@ -215,9 +215,8 @@ int ViewerProcess::wait_exit(double seconds)
 
 bool ViewerProcess::wait_window(double seconds)
 {
-    if (!display()) return false;
-    auto const until = clock_type::now() + std::chrono::duration<double>(seconds);
-    while (running() && clock_type::now() < until) {
+    // Looks for a mapped top-level window of the process.
+    auto const found = [&] {
         Window root, parent, *children = nullptr;
         unsigned int count = 0;
         XQueryTree(display(), DefaultRootWindow(display()), &root, &parent, &children, &count);
@@ -230,14 +229,12 @@ bool ViewerProcess::wait_window(double seconds)
                 m_window = children[i];
         }
         if (children) XFree(children);
-        if (m_window) {
-            // Let the first frames settle before anyone looks at them.
-            pause_ms(200);
-            return true;
-        }
-        pause_ms(50);
-    }
-    return false;
+        return m_window != 0;
+    };
+    if (!display() || !eventually([&] { return !running() || found(); }, seconds) || !m_window) return false;
+    // Let the first frames settle before anyone looks at them.
+    pause_ms(200);
+    return true;
 }
 
 std::string ViewerProcess::title() const
@@ -315,44 +312,33 @@ void ViewerProcess::log_event(std::string const& what)
     std::cerr << "event " << ++m_events << ": " << what << std::endl;
 }
 
-void ViewerProcess::xdotool(std::vector<std::string> const& args)
+void ViewerProcess::send(std::string const& what, std::vector<std::string> const& xdotool_args)
 {
+    log_event(what);
+    XSetInputFocus(display(), m_window, RevertToParent, CurrentTime);
+    XSync(display(), False);
     std::vector<std::string> argv{"xdotool"};
-    argv.insert(argv.end(), args.begin(), args.end());
+    argv.insert(argv.end(), xdotool_args.begin(), xdotool_args.end());
     if (run_command(argv) != 0) std::cerr << "  xdotool failed" << std::endl;
 }
 
-void ViewerProcess::focus()
-{
-    XSetInputFocus(display(), m_window, RevertToParent, CurrentTime);
-    XSync(display(), False);
-}
-
-void ViewerProcess::key(std::string const& name)
-{
-    log_event("key " + name);
-    focus();
-    xdotool({"key", "--delay", "0", name});
-}
+void ViewerProcess::key(std::string const& name) { send("key " + name, {"key", "--delay", "0", name}); }
 
 void ViewerProcess::move_mouse(int x, int y)
 {
-    log_event("mouse to " + std::to_string(x) + "," + std::to_string(y));
-    xdotool({"mousemove", "--sync", "--window", std::to_string(m_window), std::to_string(x), std::to_string(y)});
+    send("mouse to " + std::to_string(x) + "," + std::to_string(y),
+         {"mousemove", "--sync", "--window", std::to_string(m_window), std::to_string(x), std::to_string(y)});
 }
 
 void ViewerProcess::button(int number, bool down)
 {
-    log_event(std::string(down ? "press" : "release") + " button " + std::to_string(number));
-    focus();
-    xdotool({down ? "mousedown" : "mouseup", std::to_string(number)});
+    send(std::string(down ? "press" : "release") + " button " + std::to_string(number),
+         {down ? "mousedown" : "mouseup", std::to_string(number)});
 }
 
 void ViewerProcess::click(int number)
 {
-    log_event("click button " + std::to_string(number));
-    focus();
-    xdotool({"click", std::to_string(number)});
+    send("click button " + std::to_string(number), {"click", std::to_string(number)});
 }
 
 void ViewerProcess::close()

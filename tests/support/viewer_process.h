@@ -109,9 +109,9 @@ public:
     bool read_line(std::string& line, double seconds = 10);
 
 private:
-    void xdotool(std::vector<std::string> const& args);
     void log_event(std::string const& what);
-    void focus();
+    // Logs `what`, gives the window the focus and runs xdotool.
+    void send(std::string const& what, std::vector<std::string> const& xdotool_args);
 
     pid_t m_pid = -1;
     int m_status = -1;
