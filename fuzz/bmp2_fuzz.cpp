@@ -1,7 +1,4 @@
 // The viewer's BMP reader: the file mapped and looked into in place.
-#include <cstddef>
-#include <cstdint>
-
 #include "codecs/bmp2.h"
 
 #include "fuzz/fuzz_support.h"

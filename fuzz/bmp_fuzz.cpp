@@ -1,7 +1,5 @@
 // The stream BMP readers: bmpimage_t, behind image_bmp_t, which reads the
 // photo frame's pictures, and the free-standing BmpLoad.
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 #include "codecs/bmp.h"

@@ -2,8 +2,6 @@
 // the program's start parses them, with the option record put back
 // afterwards.
 #include <cctype>
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <string>
 #include <vector>

@@ -1,7 +1,5 @@
 // The Exif reader on an APP1 payload, reached as the JPEG loader reaches it:
 // the payload saved as the file's first APP1, then its orientation asked for.
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 
 #include "codecs/jpeg.h"

@@ -20,6 +20,10 @@ namespace libgr {
 class image_object_t;
 }
 
+// Declared once for the harnesses that define it and the replay program
+// that calls it, so that a harness with another signature doesn't build.
+extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
+
 namespace zvfuzz {
 
 // Writes `data` to the file `name` in a directory of this process's own

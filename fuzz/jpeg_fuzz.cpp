@@ -1,9 +1,6 @@
 // The JPEG reader, as the viewer calls it: libjpeg through our source and
 // error managers, the saved markers, and the Exif orientation of the first
 // APP1 turned into quarter turns.
-#include <cstddef>
-#include <cstdint>
-
 #include "codecs/jpeg.h"
 
 #include "fuzz/fuzz_support.h"

@@ -61,7 +61,7 @@ std::string slurp(fs::path const& path)
 }
 
 // `n` bytes of `v`, the most significant first when `big`.
-std::string word(std::uint32_t v, int n, bool big = false)
+std::string word(std::uint64_t v, int n, bool big = false)
 {
     std::string bytes;
     for (int i = 0; i < n; ++i) bytes += static_cast<char>(v >> 8 * (big ? n - 1 - i : i));
@@ -72,7 +72,7 @@ std::string word(std::uint32_t v, int n, bool big = false)
 struct patch_t {
     std::size_t at;
     int n;
-    std::uint32_t v;
+    std::uint64_t v;
 };
 
 std::string patched(std::string file, std::vector<patch_t> const& patches, bool big = false)
@@ -133,7 +133,7 @@ void bmp_seeds(char const* target)
 std::string tga(unsigned type, unsigned depth, unsigned width, unsigned height, unsigned map = 0,
                 std::string const& id = "")
 {
-    std::string file = word(static_cast<std::uint32_t>(id.size()), 1) + word(map != 0, 1) + word(type, 1) +
+    std::string file = word(id.size(), 1) + word(map != 0, 1) + word(type, 1) +
                        word(0, 2) + word(map, 2) + word(map ? 3 : 0, 1) + word(0, 4) + word(width, 2) +
                        word(height, 2) + word(depth, 1) + word(0, 1) + id + std::string(map * 3, '\x80');
     unsigned const row = (depth * width / 8 + 3) / 4 * 4;
@@ -233,35 +233,34 @@ struct entry_t {
 // values that don't fit in their entries. Offsets count from `base` bytes
 // before the block's start.
 struct tiff_t {
-    explicit tiff_t(bool big, std::uint32_t base = 0) : big(big), base(base) {}
+    explicit tiff_t(bool big, std::size_t base = 0) : big(big), base(base) {}
 
     bool big;
-    std::uint32_t base;
+    std::size_t base;
     std::string block;
 
-    std::string w(std::uint32_t v, int n) const { return word(v, n, big); }
+    std::string w(std::uint64_t v, int n) const { return word(v, n, big); }
 
     // Appends an IFD and returns its offset.
     std::uint32_t ifd(std::vector<entry_t> const& entries, std::uint32_t next = 0)
     {
-        std::uint32_t const at = base + static_cast<std::uint32_t>(block.size());
-        std::uint32_t const behind = at + 6 + 12 * static_cast<std::uint32_t>(entries.size());
+        std::size_t const at = base + block.size(), behind = at + 6 + 12 * entries.size();
         std::string values;
-        block += w(static_cast<std::uint32_t>(entries.size()), 2);
+        block += w(entries.size(), 2);
         for (entry_t const& e : entries) {
             std::string v = e.type == ASCII ? e.text + '\0' : e.text;
             for (std::uint32_t n : e.numbers) v += w(n, e.type == SHORT ? 2 : 4);
             std::size_t const count = e.numbers.empty() ? v.size() : e.numbers.size() / (e.type == RATIONAL ? 2 : 1);
-            block += w(e.tag, 2) + w(e.type, 2) + w(static_cast<std::uint32_t>(count), 4);
+            block += w(e.tag, 2) + w(e.type, 2) + w(count, 4);
             if (v.size() <= 4) {
                 block += v + std::string(4 - v.size(), '\0');
             } else {
-                block += w(behind + static_cast<std::uint32_t>(values.size()), 4);
+                block += w(behind + values.size(), 4);
                 values += v + std::string(v.size() % 2, '\0');
             }
         }
         block += w(next, 4) + values;
-        return at;
+        return static_cast<std::uint32_t>(at);
     }
 };
 
@@ -269,14 +268,14 @@ enum note_t { NO_NOTE, OLYMPUS, OLYMPUS_UNSIGNED, OM, PENTAX };
 
 // A maker note starting `at` bytes into the block its offsets count from:
 // the TIFF block for Olympus, the note itself for the others.
-std::string maker_note(bool big, note_t note, std::uint32_t at, bool with_signature = true)
+std::string maker_note(bool big, note_t note, std::size_t at, bool with_signature = true)
 {
     std::string const signature = !with_signature        ? ""
                                   : note == OLYMPUS      ? "OLYMP\0\x01\x00"s
                                   : note == OM           ? "OM SYSTEM\0\0\0II\x03\x00"s
                                   : note == PENTAX       ? "PENTAX \0"s + (big ? "MM" : "II")
                                                          : "";
-    tiff_t t(big, static_cast<std::uint32_t>(signature.size()));
+    tiff_t t(big, signature.size());
     switch (note) {
     case OLYMPUS:
     case OLYMPUS_UNSIGNED:
@@ -316,7 +315,7 @@ std::string exif(bool big, unsigned orientation, std::string const& make, note_t
     std::vector<entry_t> exif_ifd = {{0x927C, "", UNDEFINED}, {0x829A, RATIONAL, {1, 250}}, {0x8827, SHORT, {200}},
                                      {0x9003, "2024:01:02 03:04:05"}};
     // The note is the first value behind its IFD.
-    exif_ifd[0].text = maker_note(big, note, static_cast<std::uint32_t>(t.block.size() + 6 + 12 * exif_ifd.size()));
+    exif_ifd[0].text = maker_note(big, note, t.block.size() + 6 + 12 * exif_ifd.size());
     std::vector<entry_t> zeroth = {{0x010F, make}, {0x0112, SHORT, {orientation}},
                                    {0x011A, RATIONAL, {72, 1}}, {0x8769, LONG, {t.ifd(exif_ifd)}}};
     if (gps) zeroth.push_back({0x8825, LONG, {t.ifd({{0x0000, "\x02\x02\x00\x00"s, BYTE}})}});
@@ -383,8 +382,9 @@ std::vector<std::string> segments(std::string const& file, unsigned code)
 {
     std::vector<std::string> found;
     for (std::size_t i = 2; i + 4 <= file.size() && file[i] == '\xFF';) {
-        unsigned const marker = static_cast<unsigned char>(file[i + 1]);
-        std::size_t const length = static_cast<unsigned char>(file[i + 2]) << 8 | static_cast<unsigned char>(file[i + 3]);
+        auto byte = [&](std::size_t at) { return static_cast<unsigned char>(file[at]); };
+        unsigned const marker = byte(i + 1);
+        std::size_t const length = byte(i + 2) << 8 | byte(i + 3);
         if (length < 2 || i + 2 + length > file.size()) break;
         if (marker == code) found.push_back(file.substr(i + 4, length - 2));
         if (marker == 0xDA) break;

@@ -3,8 +3,6 @@
 // byte picks the reader (low bits) and the byte order (bit 3); the rest is
 // the note, which for the Olympus reader is also the TIFF block its offsets
 // count from.
-#include <cstddef>
-#include <cstdint>
 #include <memory>
 
 #include "metadata/exif.h"

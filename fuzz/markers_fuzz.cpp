@@ -1,8 +1,6 @@
 // The baseline marker segment readers (SOF0, DQT, DHT, DRI, SOS) on
 // arbitrary payloads, each parse followed by its dump. The first byte picks
 // the reader; the rest is the payload behind the segment's length field.
-#include <cstddef>
-#include <cstdint>
 #include <iostream>
 #include <sstream>
 

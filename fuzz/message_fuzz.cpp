@@ -1,7 +1,5 @@
 // The message file: found by name, loaded, cut into lines, and every line
 // the table has read back whole.
-#include <cstddef>
-#include <cstdint>
 #include <cstdlib>
 #include <cstring>
 #include <string>

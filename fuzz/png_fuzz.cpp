@@ -1,8 +1,5 @@
 // The PNG reader, as the viewer calls it: libpng behind our own checks of
 // the header's sizes.
-#include <cstddef>
-#include <cstdint>
-
 #include "codecs/png.h"
 
 #include "fuzz/fuzz_support.h"

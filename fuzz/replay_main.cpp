@@ -6,8 +6,6 @@
 // exist is passed over (a target may have no regressions yet). Exits
 // non-zero when no input was found at all, so a misplaced corpus shows.
 #include <algorithm>
-#include <cstddef>
-#include <cstdint>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -15,7 +13,7 @@
 #include <string>
 #include <vector>
 
-extern "C" int LLVMFuzzerTestOneInput(std::uint8_t const* data, std::size_t size);
+#include "fuzz/fuzz_support.h"
 
 namespace {
 

@@ -1,7 +1,4 @@
 // The TGA reader, as the viewer calls it.
-#include <cstddef>
-#include <cstdint>
-
 #include "codecs/tga.h"
 
 #include "fuzz/fuzz_support.h"

@@ -1,8 +1,5 @@
 // The lossless quarter turn of a JPEG, on arbitrary bytes. The first byte
 // picks the count, 0 to 4 (4 being refused); the rest is the file.
-#include <cstddef>
-#include <cstdint>
-
 #include "codecs/transform.h"
 
 #include "fuzz/fuzz_support.h"

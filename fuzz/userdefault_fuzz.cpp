@@ -1,7 +1,5 @@
 // The user default file: read line by line through the command line's
 // option parser into the option record, which is put back afterwards.
-#include <cstddef>
-#include <cstdint>
 #include <string>
 
 #include "options/option.h"

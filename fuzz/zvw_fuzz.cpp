@@ -1,8 +1,6 @@
 // The view state file and the typed text forms it is made of: the file read
 // as the viewer reads it beside a picture, then the same text read as a run
 // of typed values whose names pick their readers.
-#include <cstddef>
-#include <cstdint>
 #include <sstream>
 #include <string>
 
