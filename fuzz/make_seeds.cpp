@@ -11,7 +11,6 @@
 // first APP1 of each JPEG found there becomes an extra seed of the Exif
 // target. The output is the same on every run.
 #include <algorithm>
-#include <csetjmp>
 #include <cstdint>
 #include <cstdlib>
 #include <filesystem>
@@ -20,7 +19,6 @@
 #include <iterator>
 #include <sstream>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -161,48 +159,39 @@ void tga_seeds()
     put("tga", "tga-header-cut.tga", rgb.substr(0, 10));
 }
 
-// A 13 x 7 PNG. A palette has 2 entries at 1 bit, 3 at 2 bits and 5 above,
-// counts the reader rounds up to a power of two.
-std::string png(int color_type, int depth)
+// A 13 x 7 PNG written by libpng: 16-bit samples in the linear formats, and
+// a colour map of `entries` colours as a palette of as few bits as hold
+// them. The reader rounds counts like 3 and 5 up to a power of two.
+std::string png(png_uint_32 format, png_uint_32 entries = 0)
 {
-    unsigned const width = 13, height = 7;
-    std::string out;
-    png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr);
-    png_infop info = png_create_info_struct(png);
-    if (setjmp(png_jmpbuf(png))) fail("libpng refused a seed");
-    png_set_write_fn(
-        png, &out,
-        [](png_structp p, png_bytep data, png_size_t n) {
-            static_cast<std::string*>(png_get_io_ptr(p))->append(reinterpret_cast<char*>(data), n);
-        },
-        [](png_structp) {});
-    png_set_IHDR(png, info, width, height, depth, color_type, PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT,
-                 PNG_FILTER_TYPE_DEFAULT);
-    png_color colors[5] = {{255, 0, 0}, {0, 255, 0}, {0, 0, 255}, {255, 255, 0}, {9, 9, 9}};
-    if (color_type == PNG_COLOR_TYPE_PALETTE) png_set_PLTE(png, info, colors, depth == 1 ? 2 : depth == 2 ? 3 : 5);
-    png_write_info(png, info);
-    // Index 0 throughout: within any of the palettes.
-    std::vector<png_byte> row(png_get_rowbytes(png, info));
-    for (unsigned y = 0; y < height; ++y) {
-        for (std::size_t x = 0; x < row.size(); ++x)
-            row[x] = color_type == PNG_COLOR_TYPE_PALETTE ? 0 : sample(static_cast<int>(x), y, 2);
-        png_write_row(png, row.data());
-    }
-    png_write_end(png, info);
-    png_destroy_write_struct(&png, &info);
+    png_image image{};
+    image.version = PNG_IMAGE_VERSION;
+    image.width = 13;
+    image.height = 7;
+    image.format = format;
+    image.colormap_entries = entries;
+    // Any bytes make a picture; an index must stay within the colour map.
+    std::vector<png_byte> pixels(PNG_IMAGE_SIZE(image)), colormap(3 * entries);
+    for (std::size_t i = 0; i < pixels.size(); ++i) pixels[i] = entries ? i % entries : sample(int(i), 0, 2);
+    for (std::size_t i = 0; i < colormap.size(); ++i) colormap[i] = sample(int(i), 0, 0);
+    png_alloc_size_t size = 0;
+    png_image_write_get_memory_size(image, size, 0, pixels.data(), 0, colormap.data());
+    std::string out(size, '\0');
+    if (!png_image_write_to_memory(&image, out.data(), &size, 0, pixels.data(), 0, colormap.data()))
+        fail("libpng refused a seed");
     return out;
 }
 
 void png_seeds()
 {
-    std::string const good = png(PNG_COLOR_TYPE_RGB, 8);
+    std::string const good = png(PNG_FORMAT_RGB);
     put("png", "png-rgb-8.png", good);
-    put("png", "png-gray-1.png", png(PNG_COLOR_TYPE_GRAY, 1));
-    put("png", "png-gray-16.png", png(PNG_COLOR_TYPE_GRAY, 16));
-    for (int depth : {1, 2, 4, 8})
-        put("png", "png-palette-" + std::to_string(depth) + ".png", png(PNG_COLOR_TYPE_PALETTE, depth));
-    put("png", "png-gray-alpha-8.png", png(PNG_COLOR_TYPE_GRAY_ALPHA, 8));
-    put("png", "png-rgba-16.png", png(PNG_COLOR_TYPE_RGB_ALPHA, 16));
+    put("png", "png-gray-16.png", png(PNG_FORMAT_LINEAR_Y));
+    std::pair<int, png_uint_32> const palettes[] = {{1, 2}, {2, 3}, {4, 5}, {8, 17}};  // bits, entries
+    for (auto const& [bits, entries] : palettes)
+        put("png", "png-palette-" + std::to_string(bits) + ".png", png(PNG_FORMAT_RGB_COLORMAP, entries));
+    put("png", "png-gray-alpha-8.png", png(PNG_FORMAT_GA));
+    put("png", "png-rgba-16.png", png(PNG_FORMAT_LINEAR_RGB_ALPHA));
     // Sizes far beyond what the data inflates to, the header's CRC left
     // wrong (libpng must refuse that too); files cut in the pixels, after
     // the signature and within it; a changed bit in the pixels.
@@ -218,26 +207,18 @@ void png_seeds()
 enum : unsigned { BYTE = 1, ASCII = 2, SHORT = 3, LONG = 4, RATIONAL = 5, UNDEFINED = 7 };
 
 struct entry_t {
-    entry_t(unsigned tag, unsigned type, std::vector<std::uint32_t> numbers = {})
-        : tag(tag), type(type), numbers(std::move(numbers))
-    {
-    }
-    entry_t(unsigned tag, std::string_view text, unsigned type = ASCII) : tag(tag), type(type), text(text) {}
-
     unsigned tag, type;
-    std::vector<std::uint32_t> numbers;  // SHORT and LONG values, or numerator and denominator
-    std::string text;                    // ASCII (ended by a NUL here), BYTE and UNDEFINED values
+    std::vector<std::uint32_t> numbers = {};  // SHORT and LONG values, or numerator and denominator
+    std::string text = {};                    // ASCII (ended by a NUL here), BYTE and UNDEFINED values
 };
 
 // IFDs written one after the other into a block, each followed by its
 // values that don't fit in their entries. Offsets count from `base` bytes
 // before the block's start.
 struct tiff_t {
-    explicit tiff_t(bool big, std::size_t base = 0) : big(big), base(base) {}
-
     bool big;
-    std::size_t base;
-    std::string block;
+    std::size_t base = 0;
+    std::string block = {};
 
     std::string w(std::uint64_t v, int n) const { return word(v, n, big); }
 
@@ -275,7 +256,7 @@ std::string maker_note(bool big, note_t note, std::size_t at, bool with_signatur
                                   : note == OM           ? "OM SYSTEM\0\0\0II\x03\x00"s
                                   : note == PENTAX       ? "PENTAX \0"s + (big ? "MM" : "II")
                                                          : "";
-    tiff_t t(big, signature.size());
+    tiff_t t{big, signature.size()};
     switch (note) {
     case OLYMPUS:
     case OLYMPUS_UNSIGNED:
@@ -288,7 +269,7 @@ std::string maker_note(bool big, note_t note, std::size_t at, bool with_signatur
         // behind it.
         t.ifd({{0x2010, LONG, {0}}, {0x2020, LONG, {0}}, {0x2050, LONG, {0}}});
         std::vector<entry_t> const subs[] = {
-            {{0x0203, "M.Zuiko 12-45mm"}},
+            {{0x0203, ASCII, {}, "M.Zuiko 12-45mm"}},
             {{0x0500, SHORT, {1}}, {0x0501, SHORT, {2}}, {0x0804, RATIONAL, {1, 3}}},
             {{0x0209, SHORT, {1}}, {0x0300, SHORT, {2}}, {0x0305, RATIONAL, {100, 1}}, {0x031B, SHORT, {5}}}};
         for (int i = 0; i < 3; ++i) t.block.replace(2 + 12 * i + 8, 4, t.w(t.ifd(subs[i]), 4));
@@ -296,7 +277,7 @@ std::string maker_note(bool big, note_t note, std::size_t at, bool with_signatur
     }
     case PENTAX:
         t.ifd({{0x000D, SHORT, {1}}, {0x0010, SHORT, {2}}, {0x0019, SHORT, {3}}, {0x001A, SHORT, {4}},
-               {0x0229, "RICOH GR III"}});
+               {0x0229, ASCII, {}, "RICOH GR III"}});
         break;
     case NO_NOTE: return "a note no reader reads";
     }
@@ -309,16 +290,16 @@ std::string maker_note(bool big, note_t note, std::size_t at, bool with_signatur
 // that each offset is known when it is written; the 0th IFD ends the block.
 std::string exif(bool big, unsigned orientation, std::string const& make, note_t note, bool gps = false)
 {
-    tiff_t t(big);
+    tiff_t t{big};
     t.block = (big ? "MM" : "II") + t.w(42, 2) + t.w(0, 4) + "\xFF\xD8\xFF\xD9";
     std::uint32_t const first = t.ifd({{0x0201, LONG, {8}}, {0x0202, LONG, {4}}});
-    std::vector<entry_t> exif_ifd = {{0x927C, "", UNDEFINED}, {0x829A, RATIONAL, {1, 250}}, {0x8827, SHORT, {200}},
-                                     {0x9003, "2024:01:02 03:04:05"}};
+    std::vector<entry_t> exif_ifd = {{0x927C, UNDEFINED}, {0x829A, RATIONAL, {1, 250}}, {0x8827, SHORT, {200}},
+                                     {0x9003, ASCII, {}, "2024:01:02 03:04:05"}};
     // The note is the first value behind its IFD.
     exif_ifd[0].text = maker_note(big, note, t.block.size() + 6 + 12 * exif_ifd.size());
-    std::vector<entry_t> zeroth = {{0x010F, make}, {0x0112, SHORT, {orientation}},
+    std::vector<entry_t> zeroth = {{0x010F, ASCII, {}, make}, {0x0112, SHORT, {orientation}},
                                    {0x011A, RATIONAL, {72, 1}}, {0x8769, LONG, {t.ifd(exif_ifd)}}};
-    if (gps) zeroth.push_back({0x8825, LONG, {t.ifd({{0x0000, "\x02\x02\x00\x00"s, BYTE}})}});
+    if (gps) zeroth.push_back({0x8825, LONG, {t.ifd({{0x0000, BYTE, {}, "\x02\x02\x00\x00"s}})}});
     t.block.replace(4, 4, t.w(t.ifd(zeroth, first), 4));
     return "Exif\0\0"s + t.block;
 }
@@ -358,10 +339,10 @@ void makernote_seeds()
             put("makernote", "reader-" + std::to_string(reader) + order,
                 word(reader | big << 3, 1) + maker_note(big, note, 0, false));
         // One IFD with tags of all the sub-IFD and Exif readers.
-        tiff_t t(big);
-        t.ifd({{0x0203, "lens"}, {0x0500, SHORT, {1}}, {0x0804, RATIONAL, {1, 2}}, {0x0209, SHORT, {1}},
+        tiff_t t{big};
+        t.ifd({{0x0203, ASCII, {}, "lens"}, {0x0500, SHORT, {1}}, {0x0804, RATIONAL, {1, 2}}, {0x0209, SHORT, {1}},
                {0x0305, RATIONAL, {3, 4}}, {0x031B, SHORT, {2}}, {0x829A, RATIONAL, {1, 60}},
-               {0x9003, "2024:01:02 03:04:05"}, {0x0201, LONG, {8}}, {0x0202, LONG, {16}}});
+               {0x9003, ASCII, {}, "2024:01:02 03:04:05"}, {0x0201, LONG, {8}}, {0x0202, LONG, {16}}});
         for (unsigned reader : {2u, 3u, 4u, 6u, 7u})
             put("makernote", "reader-" + std::to_string(reader) + order, word(reader | big << 3, 1) + t.block);
     }
@@ -369,7 +350,7 @@ void makernote_seeds()
     // at its last byte.
     put("makernote", "count-past-end.bin", "\x01\xFF\x7F\x10\x20\x04\x00"s);
     for (std::uint32_t at : {0x7FFFFFF0u, 17u}) {
-        tiff_t t(false);
+        tiff_t t{false};
         t.ifd({{0x2010, LONG, {at}}});
         put("makernote", at == 17 ? "subifd-at-last-byte.bin" : "subifd-past-end.bin", word(1, 1) + t.block);
     }

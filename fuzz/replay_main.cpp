@@ -36,15 +36,11 @@ int main(int argc, char** argv)
     for (int i = 1; i < argc; ++i) {
         fs::path const place(argv[i]);
         std::error_code error;
-        if (fs::is_regular_file(place, error)) {
-            replay(place);
-            ++count;
-            continue;
-        }
-        if (!fs::is_directory(place, error)) continue;
         std::vector<fs::path> files;
-        for (fs::directory_entry const& entry : fs::directory_iterator(place))
-            if (entry.is_regular_file()) files.push_back(entry.path());
+        if (fs::is_regular_file(place, error)) files.push_back(place);
+        if (fs::is_directory(place, error))
+            for (fs::directory_entry const& entry : fs::directory_iterator(place))
+                if (entry.is_regular_file()) files.push_back(entry.path());
         std::sort(files.begin(), files.end());
         for (fs::path const& file : files) replay(file);
         count += files.size();
