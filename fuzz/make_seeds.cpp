@@ -284,24 +284,33 @@ std::string maker_note(bool big, note_t note, std::size_t at, bool with_signatur
     return signature + t.block;
 }
 
-// The APP1 payload: "Exif\0\0" and a TIFF block with a 0th IFD (Make and
-// Orientation among others), an Exif IFD holding the maker note, and a 1st
-// IFD that points at a thumbnail. The IFDs are written last to first, so
-// that each offset is known when it is written; the 0th IFD ends the block.
+// The APP1 payload: "Exif\0\0" and a TIFF block laid out as cameras lay it
+// out: the 0th IFD (Make and Orientation among others) at offset 8, then the
+// Exif IFD with the maker note, the GPS IFD, and the 1st IFD followed by its
+// thumbnail. Each pointer of the 0th IFD is set once what it points at is
+// written.
 std::string exif(bool big, unsigned orientation, std::string const& make, note_t note, bool gps = false)
 {
     tiff_t t{big};
-    t.block = (big ? "MM" : "II") + t.w(42, 2) + t.w(0, 4) + "\xFF\xD8\xFF\xD9";
-    std::uint32_t const first = t.ifd({{0x0201, LONG, {8}}, {0x0202, LONG, {4}}});
-    std::vector<entry_t> exif_ifd = {{0x927C, UNDEFINED}, {0x829A, RATIONAL, {1, 250}}, {0x8827, SHORT, {200}},
-                                     {0x9003, ASCII, {}, "2024:01:02 03:04:05"}};
+    t.block = (big ? "MM" : "II") + t.w(42, 2) + t.w(8, 4);
+    std::vector<entry_t> zeroth = {{0x010F, ASCII, {}, make},    {0x0110, ASCII, {}, "Model 1"},
+                                   {0x0112, SHORT, {orientation}}, {0x011A, RATIONAL, {72, 1}},
+                                   {0x011B, RATIONAL, {72, 1}},    {0x0128, SHORT, {2}},
+                                   {0x0132, ASCII, {}, "2024:01:02 03:04:05"}, {0x8769, LONG, {0}}};
+    if (gps) zeroth.push_back({0x8825, LONG, {0}});
+    t.ifd(zeroth);
+    auto point = [&](std::size_t word_at, std::uint32_t to) { t.block.replace(8 + word_at, 4, t.w(to, 4)); };
+    std::vector<entry_t> exif_ifd = {{0x927C, UNDEFINED},         {0x829A, RATIONAL, {1, 250}},
+                                     {0x829D, RATIONAL, {28, 10}}, {0x8827, SHORT, {200}},
+                                     {0x9003, ASCII, {}, "2024:01:02 03:04:05"}, {0x9209, SHORT, {0}}};
     // The note is the first value behind its IFD.
     exif_ifd[0].text = maker_note(big, note, t.block.size() + 6 + 12 * exif_ifd.size());
-    std::vector<entry_t> zeroth = {{0x010F, ASCII, {}, make}, {0x0112, SHORT, {orientation}},
-                                   {0x011A, RATIONAL, {72, 1}}, {0x8769, LONG, {t.ifd(exif_ifd)}}};
-    if (gps) zeroth.push_back({0x8825, LONG, {t.ifd({{0x0000, BYTE, {}, "\x02\x02\x00\x00"s}})}});
-    t.block.replace(4, 4, t.w(t.ifd(zeroth, first), 4));
-    return "Exif\0\0"s + t.block;
+    point(2 + 12 * 7 + 8, t.ifd(exif_ifd));
+    if (gps) point(2 + 12 * 8 + 8, t.ifd({{0x0000, BYTE, {}, "\x02\x02\x00\x00"s}}));
+    // The 1st IFD's two entries and next-IFD word take 30 bytes.
+    std::uint32_t const thumbnail = static_cast<std::uint32_t>(t.block.size() + 30);
+    point(2 + 12 * zeroth.size(), t.ifd({{0x0201, LONG, {thumbnail}}, {0x0202, LONG, {4}}}));
+    return "Exif\0\0"s + t.block + "\xFF\xD8\xFF\xD9";
 }
 
 void exif_seeds()
@@ -315,15 +324,14 @@ void exif_seeds()
     put("exif", "exif-mm-ricoh-pentax.bin", exif(true, 8, "RICOH IMAGING COMPANY, LTD.", PENTAX));
     // Refused or cut short: a block of 7 bytes, a garbled byte order mark,
     // big-endian magic bytes in the wrong order, a 0th IFD that counts 65535
-    // entries, one cut in its entries, a maker note longer than the block;
-    // no Exif at all.
+    // entries, a maker note longer than the block, a block cut in the Exif
+    // IFD's values; no Exif at all.
     put("exif", "exif-block-7-bytes.bin", "Exif\0\0II*\0\x08\0\0"s);
     put("exif", "exif-bad-byte-order.bin", flipped(canon, 6));
     put("exif", "exif-mm-magic-swapped.bin", patched(exif(true, 6, "Canon", NO_NOTE), {{8, 2, 0x2A00}}, true));
-    std::size_t const make = canon.find("\x0F\x01\x02\x00"), note = canon.find("\x7C\x92\x07\x00");
-    put("exif", "exif-0th-count-65535.bin", patched(canon, {{make - 2, 2, 65535}}));
-    put("exif", "exif-0th-ifd-cut.bin", canon.substr(0, canon.size() - 30));
-    put("exif", "exif-note-past-end.bin", patched(canon, {{note + 4, 4, 65535}}));
+    put("exif", "exif-0th-count-65535.bin", patched(canon, {{6 + 8, 2, 65535}}));
+    put("exif", "exif-note-past-end.bin", patched(canon, {{canon.find("\x7C\x92\x07\x00") + 4, 4, 65535}}));
+    put("exif", "exif-cut-in-exif-values.bin", canon.substr(0, canon.size() - 40));
     put("exif", "exif-not-exif.bin", "http://ns.adobe.com/xap/1.0/\0<x:xmpmeta/>"s);
 }
 
